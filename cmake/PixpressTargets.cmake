@@ -1,0 +1,35 @@
+# SPDX-FileCopyrightText: 2026 The Pixpress authors
+# SPDX-License-Identifier: GPL-3.0-or-later
+
+option(PIXPRESS_WERROR "Treat compiler warnings as errors" OFF)
+
+# Language, warnings and definitions, once for every target of ours. QT_NO_KEYWORDS: glib, which is
+# under libvips, has a parameter named "signals".
+function(pixpress_configure target)
+    target_compile_features(${target} PUBLIC cxx_std_23)
+    target_compile_options(${target} PRIVATE -Wall -Wextra -Wpedantic -Wconversion -Wsign-conversion
+        -Woverloaded-virtual $<$<BOOL:${PIXPRESS_WERROR}>:-Werror>)
+    target_compile_definitions(${target} PRIVATE QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII
+        QT_NO_URL_CAST_FROM_STRING QT_NO_FOREACH QT_NO_KEYWORDS
+        QT_NO_NARROWING_CONVERSIONS_IN_CONNECT)
+endfunction()
+
+# A folder of src/ as a static library. Includes are written from src/ ("model/formats.h"); linking
+# alone decides which folders' headers a folder may use, since tools/check-layers reads the links.
+function(pixpress_library target)
+    add_library(${target} STATIC ${ARGN})
+    pixpress_configure(${target})
+    target_include_directories(${target} PUBLIC ${PROJECT_SOURCE_DIR}/src)
+endfunction()
+
+# One QtTest program per topic: tst_TOPIC.cpp, registered with ctest as FOLDER/TOPIC.
+function(pixpress_test topic)
+    cmake_path(GET CMAKE_CURRENT_SOURCE_DIR FILENAME folder)
+    set(target tst_${folder}_${topic})
+    add_executable(${target} tst_${topic}.cpp)
+    pixpress_configure(${target})
+    target_link_libraries(${target} PRIVATE Qt6::Test pixpress_test_support ${ARGN})
+    add_test(NAME ${folder}/${topic} COMMAND ${target})
+    set_tests_properties(${folder}/${topic} PROPERTIES TIMEOUT 300
+        ENVIRONMENT "QT_QPA_PLATFORM=offscreen;LC_ALL=C.UTF-8")
+endfunction()

@@ -1,0 +1,37 @@
+// SPDX-FileCopyrightText: 2026 The Pixpress authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#include "model/tasks.h"
+
+#include <QFileInfo>
+
+namespace pixpress {
+
+qint64 CompressionResult::savingsPercentage() const
+{
+    if (originalSize < 1)
+        return 0;
+    const double percent =
+        (1.0 - static_cast<double>(compressedSize) / static_cast<double>(originalSize)) * 100.0;
+    // Casting a double that a qint64 cannot hold would be undefined.
+    if (!(percent >= -0x1p63 && percent < 0x1p63))
+        qFatal("Savings of %f %% do not fit a 64-bit integer.", percent);
+    return static_cast<qint64>(percent);
+}
+
+bool isActive(const TaskStatus &status)
+{
+    return std::holds_alternative<status::Uploading>(status) ||
+           std::holds_alternative<status::Compressing>(status) ||
+           std::holds_alternative<status::Downloading>(status);
+}
+
+CompressionTask::CompressionTask(const QUrl &sourceURL, const CompressionOptions &options)
+    : id(QUuid::createUuid()), sourceURL(sourceURL),
+      fileName(sourceURL.adjusted(QUrl::StripTrailingSlash).fileName()),
+      originalSize(QFileInfo(sourceURL.toLocalFile()).size()), options(options),
+      addedAt(QDateTime::currentDateTime())
+{
+}
+
+} // namespace pixpress
