@@ -1,0 +1,28 @@
+// SPDX-FileCopyrightText: 2026 The Pixpress authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#pragma once
+
+#include "model/options.h"
+
+#include <QByteArray>
+#include <QString>
+#include <QUrl>
+
+#include <expected>
+
+/// What the queue does on the disk. Errors are sentences for the user.
+namespace pixpress {
+
+/// The whole content of a regular file; pipes, devices and folders are refused.
+std::expected<QByteArray, QString> readFile(const QUrl &source);
+
+/// Where the output of a file goes. Looks at the disk: copies get the first free name.
+QUrl outputURL(const QUrl &source, const CompressionOptions &options);
+
+/// Writes a whole file, into an existing one in place: its hard links, permissions, symbolic links
+/// and open handles stay. When that fails an existing file has its old content again, and a new
+/// one is gone.
+std::expected<void, QString> writeFile(const QUrl &target, const QByteArray &bytes);
+
+} // namespace pixpress

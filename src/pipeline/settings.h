@@ -1,0 +1,66 @@
+// SPDX-FileCopyrightText: 2026 The Pixpress authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#pragma once
+
+#include <QHash>
+#include <QSettings>
+#include <QString>
+#include <QVariant>
+
+#include <optional>
+
+namespace pixpress {
+
+/// The few values that outlive the process: strings and integers by key.
+class SettingsStore
+{
+public:
+    SettingsStore() = default;
+    SettingsStore(const SettingsStore &) = delete;
+    SettingsStore &operator=(const SettingsStore &) = delete;
+    virtual ~SettingsStore() = default;
+
+    /// An invalid value when there is no such entry.
+    virtual QVariant value(const QString &key) const = 0;
+    /// The change has reached the disk, if there is one, when this returns.
+    virtual void setValue(const QString &key, const QVariant &value) = 0;
+};
+
+/// The user's settings in the platform's native place. Since the API key is among them, the file is
+/// readable by its owner alone.
+class UserSettings : public SettingsStore
+{
+public:
+    /// Applications of different names keep their settings apart.
+    explicit UserSettings(const QString &application = QStringLiteral("Pixpress"));
+
+    QVariant value(const QString &key) const override;
+    void setValue(const QString &key, const QVariant &value) override;
+
+private:
+    QSettings m_settings;
+};
+
+/// Settings that end with the process, for a run that is to leave no trace.
+class TransientSettings : public SettingsStore
+{
+public:
+    QVariant value(const QString &key) const override { return m_values.value(key); }
+    void setValue(const QString &key, const QVariant &value) override { m_values[key] = value; }
+
+private:
+    QHash<QString, QVariant> m_values;
+};
+
+/// Despite its name this reads the settings store: the key is kept there in plain form.
+namespace KeychainHelper {
+
+/// The stored API key, unchanged; none when it is missing or empty.
+std::optional<QString> loadAPIKey(const SettingsStore &settings);
+
+void saveAPIKey(SettingsStore &settings, const QString &key);
+
+} // namespace KeychainHelper
+
+} // namespace pixpress

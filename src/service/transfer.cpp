@@ -1,0 +1,230 @@
+// SPDX-FileCopyrightText: 2026 The Pixpress authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#include "service/transfer.h"
+
+#include <algorithm>
+#include <cstring>
+
+using namespace Qt::StringLiterals;
+
+namespace pixpress {
+
+namespace {
+
+constexpr int maxRedirects = 10;
+
+// The service takes pictures of up to 500 MB, so that no answer has a reason to be larger than
+// twice that. What an answer announces is believed for reserving memory only up to the first.
+constexpr qint64 maxReserved = 512 << 20;
+constexpr qint64 maxAnswer = 1 << 30;
+
+constexpr long bufferSize = 512 << 10;
+
+TransportError other(const QString &description)
+{
+    return {TransportError::Case::other, description};
+}
+
+/// The sentence for an error that libcurl ended with.
+TransportError describe(CURLcode code)
+{
+    switch (code) {
+    case CURLE_OPERATION_TIMEDOUT:
+        return {TransportError::Case::timedOut, u"The request timed out."_s};
+    case CURLE_UNSUPPORTED_PROTOCOL: // also: an answer without the status line of HTTP
+    case CURLE_WEIRD_SERVER_REPLY:
+        return {TransportError::Case::notHTTP, u"The server did not answer with HTTP."_s};
+    case CURLE_COULDNT_RESOLVE_HOST:
+        return other(u"The server could not be found. Is the computer online?"_s);
+    case CURLE_COULDNT_RESOLVE_PROXY: return other(u"The proxy server could not be found."_s);
+    case CURLE_COULDNT_CONNECT: return other(u"Could not connect to the server."_s);
+    case CURLE_PEER_FAILED_VERIFICATION:
+        return other(u"The server's certificate is not valid, so nothing was sent."_s);
+    case CURLE_SSL_CONNECT_ERROR:
+        return other(u"A secure connection to the server could not be made."_s);
+    case CURLE_SSL_CACERT_BADFILE:
+        return other(u"The trusted certificates of this computer could not be read."_s);
+    case CURLE_OUT_OF_MEMORY: return other(u"There is not enough memory for this request."_s);
+    case CURLE_GOT_NOTHING:
+    case CURLE_SEND_ERROR:
+    case CURLE_RECV_ERROR:
+    case CURLE_PARTIAL_FILE:
+    case CURLE_SEND_FAIL_REWIND:
+    case CURLE_ABORTED_BY_CALLBACK: // only beforeRequest() aborts, when a connection has died
+    case CURLE_HTTP2:
+    case CURLE_HTTP2_STREAM: return other(u"The network connection was lost."_s);
+    default:
+        return other(u"The request failed: %1."_s.arg(QLatin1StringView(curl_easy_strerror(code))));
+    }
+}
+
+bool isSameOrigin(const QUrl &a, const QUrl &b)
+{
+    const auto port = [](const QUrl &url) { return url.port(url.scheme() == "https"_L1 ? 443 : 80); };
+    return a.scheme() == b.scheme() && a.host() == b.host() && port(a) == port(b);
+}
+
+curl_slist *append(curl_slist *list, const QByteArray &line)
+{
+    return curl_slist_append(list, line.constData());
+}
+
+} // namespace
+
+TransportError refusedAddress()
+{
+    return {TransportError::Case::refusedAddress,
+            u"The server named an address that is not secure, so nothing was sent there."_s};
+}
+
+Transfer::Transfer(quint64 id, HttpRequest request, const HttpLimits &limits)
+    : m_id(id), m_limits(limits), m_request(std::move(request)), m_easy(curl_easy_init())
+{
+    prepare();
+}
+
+void Transfer::prepare()
+{
+    CURL *const easy = m_easy.get();
+    curl_easy_reset(easy);
+    m_response = {};
+    m_sent = 0;
+    m_attempts = 0;
+
+    const auto set = [easy](CURLoption option, auto value) { curl_easy_setopt(easy, option, value); };
+
+    // Credentials in an address are nobody's business here; a fragment is not for servers.
+    const QByteArray url =
+        m_request.url.toEncoded(QUrl::RemoveUserInfo | QUrl::RemoveFragment);
+    const bool secure = m_request.url.scheme() == "https"_L1;
+    set(CURLOPT_URL, url.constData());
+    set(CURLOPT_PROTOCOLS_STR, secure ? "https" : "http");
+    if (!secure)
+        set(CURLOPT_PROXY, ""); // this machine is not reached through a proxy
+    if (!m_limits.caBundle.isEmpty())
+        set(CURLOPT_CAINFO, m_limits.caBundle.toUtf8().constData());
+    set(CURLOPT_NOSIGNAL, 1L);
+    set(CURLOPT_QUICK_EXIT, 1L); // do not wait for a name server when the program ends
+    set(CURLOPT_TCP_NODELAY, 1L);
+    set(CURLOPT_BUFFERSIZE, bufferSize);
+    set(CURLOPT_UPLOAD_BUFFERSIZE, bufferSize);
+
+    curl_slist *headers = nullptr;
+    if (!m_request.authorization.isEmpty())
+        headers = append(headers, "Authorization: " + m_request.authorization);
+    // Without a value libcurl leaves out the header that it would add to a POST.
+    headers = append(headers, "Content-Type:" + (m_request.contentType.isEmpty()
+                                                     ? QByteArray()
+                                                     : " " + m_request.contentType));
+    m_headers.reset(headers);
+    set(CURLOPT_HTTPHEADER, headers);
+
+    if (m_request.body) {
+        set(CURLOPT_POST, 1L);
+        set(CURLOPT_POSTFIELDSIZE_LARGE, static_cast<curl_off_t>(m_request.body->size()));
+        set(CURLOPT_READFUNCTION, &Transfer::sendBody);
+        set(CURLOPT_READDATA, this);
+    }
+    set(CURLOPT_PREREQFUNCTION, &Transfer::beforeRequest);
+    set(CURLOPT_PREREQDATA, this);
+    set(CURLOPT_HEADERFUNCTION, &Transfer::receiveHeader);
+    set(CURLOPT_HEADERDATA, this);
+    set(CURLOPT_WRITEFUNCTION, &Transfer::receiveBody);
+    set(CURLOPT_WRITEDATA, this);
+}
+
+Transfer::Clock::time_point Transfer::deadline() const
+{
+    return std::min(m_lastMove + m_limits.longestSilence, m_started + m_limits.longestTransfer);
+}
+
+std::optional<HttpResult> Transfer::finish(CURLcode code)
+{
+    if (m_answerTooLarge)
+        return std::unexpected(other(u"The server's answer is too large."_s));
+    if (code != CURLE_OK)
+        return std::unexpected(describe(code));
+
+    long status = 0;
+    curl_easy_getinfo(handle(), CURLINFO_RESPONSE_CODE, &status);
+    m_response.status = static_cast<int>(status);
+    readHeaders();
+
+    const bool repeatsMethod = status == 307 || status == 308;
+    const bool redirects = status == 301 || status == 302 || status == 303 || repeatsMethod;
+    const auto location = m_response.header("location");
+    if (redirects && location && !(m_request.body && repeatsMethod))
+        return follow(m_request.url.resolved(QUrl(QString::fromUtf8(*location))));
+    return std::move(m_response);
+}
+
+std::optional<HttpResult> Transfer::follow(const QUrl &target)
+{
+    if (!isAllowedAddress(target))
+        return std::unexpected(refusedAddress());
+    if (++m_redirects > maxRedirects)
+        return std::unexpected(other(u"The server redirected the request too often."_s));
+    if (!isSameOrigin(target, m_request.url))
+        m_request.authorization.clear();
+    m_request.url = target;
+    m_request.body.reset();
+    m_request.contentType.clear();
+    prepare();
+    return std::nullopt;
+}
+
+void Transfer::readHeaders()
+{
+    curl_header *header = nullptr;
+    while ((header = curl_easy_nextheader(handle(), CURLH_HEADER, -1, header)))
+        m_response.headers.insert(QByteArray(header->name).toLower(), header->value);
+}
+
+size_t Transfer::sendBody(char *to, size_t size, size_t count, void *self)
+{
+    auto &transfer = *static_cast<Transfer *>(self);
+    transfer.m_lastMove = Clock::now();
+    const qsizetype length = std::min(static_cast<qsizetype>(size * count),
+                                      transfer.m_request.body->size() - transfer.m_sent);
+    std::memcpy(to, transfer.m_request.body->constData() + transfer.m_sent,
+                static_cast<size_t>(length));
+    transfer.m_sent += length;
+    return static_cast<size_t>(length);
+}
+
+size_t Transfer::receiveHeader(char *, size_t size, size_t count, void *self)
+{
+    static_cast<Transfer *>(self)->m_lastMove = Clock::now();
+    return size * count;
+}
+
+size_t Transfer::receiveBody(char *data, size_t size, size_t count, void *self)
+{
+    auto &transfer = *static_cast<Transfer *>(self);
+    transfer.m_lastMove = Clock::now();
+    QByteArray &body = transfer.m_response.body;
+    if (body.isEmpty()) {
+        curl_off_t announced = -1;
+        curl_easy_getinfo(transfer.handle(), CURLINFO_CONTENT_LENGTH_DOWNLOAD_T, &announced);
+        body.reserve(std::clamp<qint64>(announced, 0, maxReserved));
+    }
+    const auto length = static_cast<qsizetype>(size * count);
+    if (body.size() + length > maxAnswer) {
+        transfer.m_answerTooLarge = true;
+        return CURL_WRITEFUNC_ERROR;
+    }
+    body.append(data, length);
+    return static_cast<size_t>(length);
+}
+
+/// libcurl repeats a request when the kept-alive connection it chose turns out dead. The server may
+/// have received the first one, so that for an upload this would be a second compression.
+int Transfer::beforeRequest(void *self, char *, char *, int, int)
+{
+    auto &transfer = *static_cast<Transfer *>(self);
+    const bool again = ++transfer.m_attempts > 1;
+    return again && transfer.m_request.body ? CURL_PREREQFUNC_ABORT : CURL_PREREQFUNC_OK;
+}
+
+} // namespace pixpress

@@ -1,0 +1,72 @@
+// SPDX-FileCopyrightText: 2026 The Pixpress authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#pragma once
+
+#include "service/http.h"
+
+#include <curl/curl.h>
+
+#include <chrono>
+#include <memory>
+#include <optional>
+
+namespace pixpress {
+
+/// The error of a request to an address that isAllowedAddress() refuses.
+TransportError refusedAddress();
+
+/// One request on its way: a libcurl easy handle with what its callbacks read and fill. Used by
+/// one thread at a time; stays where it was made, for libcurl holds its address.
+class Transfer
+{
+public:
+    using Clock = std::chrono::steady_clock;
+
+    Transfer(quint64 id, HttpRequest request, const HttpLimits &limits);
+    Transfer(const Transfer &) = delete;
+    Transfer &operator=(const Transfer &) = delete;
+
+    quint64 id() const { return m_id; }
+    CURL *handle() const { return m_easy.get(); }
+
+    /// When the transfer is late, unless something moves before.
+    Clock::time_point deadline() const;
+
+    /// What came of it when libcurl has ended with `code`; none when the answer was a redirect and
+    /// the handle is ready for the request that follows.
+    std::optional<HttpResult> finish(CURLcode code);
+
+private:
+    void prepare();
+    std::optional<HttpResult> follow(const QUrl &target);
+    void readHeaders();
+
+    static size_t sendBody(char *to, size_t size, size_t count, void *self);
+    static size_t receiveHeader(char *data, size_t size, size_t count, void *self);
+    static size_t receiveBody(char *data, size_t size, size_t count, void *self);
+    static int beforeRequest(void *self, char *, char *, int, int);
+
+    template <auto cleanup>
+    struct Cleanup
+    {
+        template <typename T>
+        void operator()(T *object) const { cleanup(object); }
+    };
+
+    const quint64 m_id;
+    const HttpLimits m_limits;
+    HttpRequest m_request;
+    HttpResponse m_response;
+
+    std::unique_ptr<curl_slist, Cleanup<curl_slist_free_all>> m_headers;
+    std::unique_ptr<CURL, Cleanup<curl_easy_cleanup>> m_easy; // before what it uses goes
+    qsizetype m_sent = 0;
+    int m_attempts = 0;
+    int m_redirects = 0;
+    bool m_answerTooLarge = false;
+    const Clock::time_point m_started = Clock::now();
+    Clock::time_point m_lastMove = m_started;
+};
+
+} // namespace pixpress
