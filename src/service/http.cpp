@@ -77,6 +77,8 @@ private:
     {
         while (takeNew()) {
             int running = 0;
+            for (const auto &transfer : m_transfers)
+                transfer->resume();
             curl_multi_perform(m_multi, &running);
             finishDone();
             const auto wait = finishLate();

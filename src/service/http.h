@@ -21,20 +21,22 @@ namespace pixpress {
 
 struct HttpLimits
 {
-    QString caBundle; ///< File of trusted certificates (PEM); empty: the system's.
+    QString caBundle = {}; ///< File of trusted certificates (PEM); empty: the system's.
     /// The longest time in which nothing moves in either direction, connecting included.
     std::chrono::milliseconds longestSilence = std::chrono::seconds(60);
     /// The longest time for a whole request, redirects included.
     std::chrono::milliseconds longestTransfer = std::chrono::seconds(600);
+    /// Bytes. The service takes pictures of up to 500 MB: no answer needs twice that.
+    qint64 largestAnswer = 1 << 30;
 };
 
 /// A GET, or with a body (an empty one counts) a POST.
 struct HttpRequest
 {
     QUrl url;
-    QByteArray authorization; ///< Value of the "Authorization" header; empty: none.
-    QByteArray contentType;   ///< Value of the "Content-Type" header; empty: none.
-    std::optional<QByteArray> body;
+    QByteArray authorization = {}; ///< Value of the "Authorization" header; empty: none.
+    QByteArray contentType = {};   ///< Value of the "Content-Type" header; empty: none.
+    std::optional<QByteArray> body = {};
 };
 
 struct HttpResponse

@@ -76,7 +76,6 @@ QCoro::Task<TinifyService::Result<ShrinkResponse>> TinifyService::shrink(QByteAr
     // No content type is sent: the service tells the format from the bytes.
     HttpRequest request{.url = shrinkURL(),
                         .authorization = authorization(apiKey),
-                        .contentType = {},
                         .body = std::move(imageData)};
     const HttpResult answer = co_await m_session.send(std::move(request));
     if (!answer)
@@ -108,9 +107,7 @@ TinifyService::fetchOutput(QUrl outputURL, std::optional<CompressionOptions> opt
                            QString apiKey)
 {
     HttpRequest request{.url = outputURL,
-                        .authorization = authorization(apiKey),
-                        .contentType = {},
-                        .body = {}};
+                        .authorization = authorization(apiKey)};
     if (const auto json = options ? options->toJSON() : std::nullopt) {
         request.contentType = "application/json";
         request.body = QJsonDocument(*json).toJson(QJsonDocument::Compact);
@@ -130,7 +127,6 @@ QCoro::Task<TinifyService::Result<bool>> TinifyService::validateAPIKey(QString k
     // A good key gets an error too, about the image that is missing. Only 401 is about the key.
     HttpRequest request{.url = shrinkURL(),
                         .authorization = authorization(key),
-                        .contentType = {},
                         .body = QByteArray()};
     const HttpResult answer = co_await m_session.send(std::move(request));
     if (!answer)

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <sys/socket.h>
 
 using namespace Qt::StringLiterals;
 
@@ -14,12 +15,13 @@ namespace {
 
 constexpr int maxRedirects = 10;
 
-// The service takes pictures of up to 500 MB, so that no answer has a reason to be larger than
-// twice that. What an answer announces is believed for reserving memory only up to the first.
+// How much memory is reserved on the word of an answer's head alone.
 constexpr qint64 maxReserved = 512 << 20;
-constexpr qint64 maxAnswer = 1 << 30;
 
-constexpr long bufferSize = 512 << 10;
+constexpr long receiveBuffer = 512 << 10;
+
+// Larger ones widen the moment in which answerIsWaiting() is not yet, or no longer, true.
+constexpr long sendBuffer = 64 << 10;
 
 TransportError other(const QString &description)
 {
@@ -91,6 +93,8 @@ void Transfer::prepare()
     m_response = {};
     m_sent = 0;
     m_attempts = 0;
+    m_paused = false;
+    m_headIsComplete = false;
 
     const auto set = [easy](CURLoption option, auto value) { curl_easy_setopt(easy, option, value); };
 
@@ -107,8 +111,8 @@ void Transfer::prepare()
     set(CURLOPT_NOSIGNAL, 1L);
     set(CURLOPT_QUICK_EXIT, 1L); // do not wait for a name server when the program ends
     set(CURLOPT_TCP_NODELAY, 1L);
-    set(CURLOPT_BUFFERSIZE, bufferSize);
-    set(CURLOPT_UPLOAD_BUFFERSIZE, bufferSize);
+    set(CURLOPT_BUFFERSIZE, receiveBuffer);
+    set(CURLOPT_UPLOAD_BUFFERSIZE, sendBuffer);
 
     curl_slist *headers = nullptr;
     if (!m_request.authorization.isEmpty())
@@ -145,6 +149,8 @@ std::optional<HttpResult> Transfer::finish(CURLcode code)
         return std::unexpected(other(u"The server's answer is too large."_s));
     if (code != CURLE_OK)
         return std::unexpected(describe(code));
+    if (!m_headIsComplete) // which libcurl takes for an answer without a body
+        return std::unexpected(describe(CURLE_PARTIAL_FILE));
 
     long status = 0;
     curl_easy_getinfo(handle(), CURLINFO_RESPONSE_CODE, &status);
@@ -181,6 +187,20 @@ void Transfer::readHeaders()
         m_response.headers.insert(QByteArray(header->name).toLower(), header->value);
 }
 
+bool Transfer::answerIsWaiting() const
+{
+    curl_socket_t socket = CURL_SOCKET_BAD;
+    char byte = 0;
+    return curl_easy_getinfo(handle(), CURLINFO_ACTIVESOCKET, &socket) == CURLE_OK &&
+           socket != CURL_SOCKET_BAD && recv(socket, &byte, 1, MSG_PEEK | MSG_DONTWAIT) > 0;
+}
+
+void Transfer::resume()
+{
+    if (m_paused)
+        curl_easy_pause(handle(), CURLPAUSE_CONT);
+}
+
 size_t Transfer::sendBody(char *to, size_t size, size_t count, void *self)
 {
     auto &transfer = *static_cast<Transfer *>(self);
@@ -189,13 +209,24 @@ size_t Transfer::sendBody(char *to, size_t size, size_t count, void *self)
                                       transfer.m_request.body->size() - transfer.m_sent);
     std::memcpy(to, transfer.m_request.body->constData() + transfer.m_sent,
                 static_cast<size_t>(length));
+    // A server that refuses an upload answers and closes at once. Sending on into the closed
+    // connection is an error, with which libcurl would drop the answer unread.
+    if (!transfer.m_paused && transfer.answerIsWaiting()) {
+        transfer.m_paused = true;
+        return CURL_READFUNC_PAUSE;
+    }
+    transfer.m_paused = false;
     transfer.m_sent += length;
     return static_cast<size_t>(length);
 }
 
-size_t Transfer::receiveHeader(char *, size_t size, size_t count, void *self)
+/// Called for each line of a head, also those of the interim answers that come before the answer.
+size_t Transfer::receiveHeader(char *data, size_t size, size_t count, void *self)
 {
-    static_cast<Transfer *>(self)->m_lastMove = Clock::now();
+    auto &transfer = *static_cast<Transfer *>(self);
+    transfer.m_lastMove = Clock::now();
+    const QByteArrayView line(data, static_cast<qsizetype>(size * count));
+    transfer.m_headIsComplete = line == "\r\n" || line == "\n";
     return size * count;
 }
 
@@ -210,7 +241,7 @@ size_t Transfer::receiveBody(char *data, size_t size, size_t count, void *self)
         body.reserve(std::clamp<qint64>(announced, 0, maxReserved));
     }
     const auto length = static_cast<qsizetype>(size * count);
-    if (body.size() + length > maxAnswer) {
+    if (body.size() + length > transfer.m_limits.largestAnswer) {
         transfer.m_answerTooLarge = true;
         return CURL_WRITEFUNC_ERROR;
     }

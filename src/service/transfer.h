@@ -33,6 +33,9 @@ public:
     /// When the transfer is late, unless something moves before.
     Clock::time_point deadline() const;
 
+    /// Lets an upload go on that has stood aside for an answer to be read.
+    void resume();
+
     /// What came of it when libcurl has ended with `code`; none when the answer was a redirect and
     /// the handle is ready for the request that follows.
     std::optional<HttpResult> finish(CURLcode code);
@@ -41,6 +44,7 @@ private:
     void prepare();
     std::optional<HttpResult> follow(const QUrl &target);
     void readHeaders();
+    bool answerIsWaiting() const;
 
     static size_t sendBody(char *to, size_t size, size_t count, void *self);
     static size_t receiveHeader(char *data, size_t size, size_t count, void *self);
@@ -62,6 +66,8 @@ private:
     std::unique_ptr<curl_slist, Cleanup<curl_slist_free_all>> m_headers;
     std::unique_ptr<CURL, Cleanup<curl_easy_cleanup>> m_easy; // before what it uses goes
     qsizetype m_sent = 0;
+    bool m_paused = false;
+    bool m_headIsComplete = false;
     int m_attempts = 0;
     int m_redirects = 0;
     bool m_answerTooLarge = false;

@@ -1,0 +1,123 @@
+// SPDX-FileCopyrightText: 2026 The Pixpress authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#include "support/scriptedserver.h"
+
+#include <QTcpSocket>
+
+namespace pixpress::test {
+
+ScriptedServer::ScriptedServer(Script script) : m_script(std::move(script))
+{
+    connect(&m_server, &QTcpServer::newConnection, this, [this] {
+        while (QTcpSocket *socket = m_server.nextPendingConnection()) {
+            m_connections.insert(socket, {.number = ++connections, .received = {}});
+            connect(socket, &QTcpSocket::readyRead, this, [this, socket] { receive(socket); });
+            connect(socket, &QTcpSocket::disconnected, this, [this, socket] {
+                m_connections.remove(socket);
+                m_waiting.removeIf([socket](const auto &entry) { return entry.first == socket; });
+                socket->deleteLater();
+            });
+        }
+    });
+    if (!m_server.listen(QHostAddress::LocalHost))
+        qFatal("The scripted server cannot listen.");
+}
+
+ScriptedServer::~ScriptedServer()
+{
+    for (QTcpSocket *socket : m_connections.keys())
+        socket->disconnect(this);
+}
+
+QUrl ScriptedServer::url(const QString &path) const
+{
+    return QUrl(QStringLiteral("http://127.0.0.1:%1%2").arg(m_server.serverPort()).arg(path));
+}
+
+void ScriptedServer::release()
+{
+    m_held = false;
+    while (!m_waiting.isEmpty())
+        releaseOne();
+}
+
+void ScriptedServer::releaseOne()
+{
+    const auto [socket, request] = m_waiting.takeFirst();
+    answer(socket, request);
+}
+
+void ScriptedServer::receive(QTcpSocket *socket)
+{
+    Connection &connection = m_connections[socket];
+    connection.received += socket->readAll();
+    if (m_raw) {
+        m_raw(*socket, connection.received);
+        return;
+    }
+    while (auto request = takeRequest(socket, connection)) {
+        requests.append(*request);
+        if (m_held)
+            m_waiting.append({socket, *request});
+        else
+            answer(socket, *request);
+    }
+}
+
+std::optional<Request> ScriptedServer::takeRequest(QTcpSocket *socket, Connection &connection)
+{
+    const qsizetype headLength = connection.received.indexOf("\r\n\r\n");
+    if (headLength < 0)
+        return std::nullopt;
+
+    Request request;
+    request.connection = connection.number;
+    const QList<QByteArray> lines = connection.received.left(headLength).split('\n');
+    const QList<QByteArray> first = lines.first().trimmed().split(' ');
+    request.method = first.value(0);
+    request.target = first.value(1);
+    for (const QByteArray &line : lines.sliced(1)) {
+        const qsizetype colon = line.indexOf(':');
+        request.headers.insert(line.left(colon).toLower(), line.mid(colon + 1).trimmed());
+    }
+
+    const qsizetype bodyStart = headLength + 4;
+    const qsizetype length = request.headers.value("content-length").toLongLong();
+    if (connection.received.size() < bodyStart + length) {
+        if (connection.received.size() == bodyStart && request.headers.contains("expect"))
+            socket->write("HTTP/1.1 100 Continue\r\n\r\n");
+        return std::nullopt;
+    }
+    request.body = connection.received.mid(bodyStart, length);
+    connection.received.remove(0, bodyStart + length);
+    return request;
+}
+
+void ScriptedServer::answer(QTcpSocket *socket, const Request &request)
+{
+    socket->write(toBytes(m_script(request)));
+}
+
+QByteArray toBytes(const Answer &answer)
+{
+    QByteArray bytes = "HTTP/1.1 " + QByteArray::number(answer.status) + " Status\r\n";
+    for (const auto &[name, value] : answer.headers)
+        bytes += name + ": " + value + "\r\n";
+    bytes += "Content-Length: " + QByteArray::number(answer.body.size()) + "\r\n\r\n";
+    return bytes + answer.body;
+}
+
+Answer shrinkAnswer(const QUrl &location, std::optional<qint64> count)
+{
+    Answer answer{
+        .status = 201,
+        .body = R"({"input":{"size":1000,"type":"image/png"},)"
+                R"("output":{"size":371,"type":"image/png","width":40,"height":30,"ratio":0.371}})",
+        .headers = {{"Location", location.toEncoded()}}};
+    if (count)
+        answer.headers.append({"Compression-Count", QByteArray::number(*count)});
+    return answer;
+}
+
+} // namespace pixpress::test
