@@ -18,15 +18,15 @@ struct CompressionOptions
 {
     bool resizeEnabled = false;
     ResizeMode resizeMode = ResizeMode::fit; ///< Used when both dimensions are given.
-    std::optional<qint64> resizeWidth;       ///< Pixels; carried as typed, not validated.
-    std::optional<qint64> resizeHeight;      ///< Pixels; carried as typed, not validated.
+    std::optional<qint64> resizeWidth = {};  ///< Pixels; carried as typed, not validated.
+    std::optional<qint64> resizeHeight = {}; ///< Pixels; carried as typed, not validated.
     bool convertEnabled = false;
     ImageFormat convertFormat = ImageFormat::webp;
     bool preserveCopyright = false;
     bool preserveCreation = false;
     bool preserveLocation = false;
     OutputDestination outputDestination = OutputDestination::alongside;
-    std::optional<QUrl> customFolderURL; ///< The folder of OutputDestination::customFolder.
+    std::optional<QUrl> customFolderURL = {}; ///< The folder of OutputDestination::customFolder.
     QString backgroundColor = QStringLiteral("#ffffff"); ///< "#rrggbb"; fills transparency.
 
     bool operator==(const CompressionOptions &) const = default;

@@ -220,13 +220,16 @@ size_t Transfer::sendBody(char *to, size_t size, size_t count, void *self)
     return static_cast<size_t>(length);
 }
 
-/// Called for each line of a head, also those of the interim answers that come before the answer.
+/// Called for each line of a head, also of the interim answers before the answer, and for trailers.
 size_t Transfer::receiveHeader(char *data, size_t size, size_t count, void *self)
 {
     auto &transfer = *static_cast<Transfer *>(self);
     transfer.m_lastMove = Clock::now();
     const QByteArrayView line(data, static_cast<qsizetype>(size * count));
-    transfer.m_headIsComplete = line == "\r\n" || line == "\n";
+    if (line.startsWith("HTTP/"))
+        transfer.m_headIsComplete = false;
+    else if (line == "\r\n" || line == "\n")
+        transfer.m_headIsComplete = true;
     return size * count;
 }
 

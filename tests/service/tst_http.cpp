@@ -158,6 +158,10 @@ void HttpTest::answerBody_arrivesWhole_data()
     QTest::newRow("chunked") << QByteArray("HTTP/1.1 200 OK\r\nTransfer-Encoding: chunked\r\n\r\n"
                                            "3\r\nabc\r\n5;x=y\r\ndefgh\r\n0\r\n\r\n")
                              << QByteArray("abcdefgh");
+    QTest::newRow("chunked with a trailer")
+        << QByteArray("HTTP/1.1 200 OK\r\nTransfer-Encoding: chunked\r\nTrailer: X\r\n\r\n"
+                      "3\r\nabc\r\n0\r\nX: y\r\n\r\n")
+        << QByteArray("abc");
     QTest::newRow("after 1xx") << "HTTP/1.1 103 Early Hints\r\nLink: x\r\n\r\n" +
                                       toBytes({.body = "abc"})
                                << QByteArray("abc");

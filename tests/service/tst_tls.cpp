@@ -1,0 +1,153 @@
+// SPDX-FileCopyrightText: 2026 The Pixpress authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#include "service/http.h"
+
+#include "support/scriptedserver.h"
+#include "support/transport.h"
+
+#include <QProcess>
+#include <QSslConfiguration>
+#include <QSslKey>
+#include <QSslServer>
+#include <QSslSocket>
+#include <QTemporaryDir>
+#include <QTest>
+
+using namespace pixpress;
+using namespace pixpress::test;
+using namespace Qt::StringLiterals;
+
+/// An https server on 127.0.0.1 that answers every request alike.
+class HttpsServer : public QSslServer
+{
+public:
+    HttpsServer(const QString &certificate, const QString &key, const Answer &answer)
+    {
+        QSslConfiguration configuration = QSslConfiguration::defaultConfiguration();
+        QFile keyFile(key);
+        if (!keyFile.open(QIODevice::ReadOnly))
+            qFatal("The key is missing.");
+        configuration.setLocalCertificateChain(QSslCertificate::fromPath(certificate));
+        configuration.setPrivateKey(QSslKey(&keyFile, QSsl::Rsa));
+        setSslConfiguration(configuration);
+        connect(this, &QSslServer::pendingConnectionAvailable, this, [this, answer] {
+            QTcpSocket *socket = nextPendingConnection();
+            connect(socket, &QTcpSocket::readyRead, this, [this, socket, answer] {
+                received += socket->readAll();
+                if (received.endsWith("\r\n\r\n"))
+                    socket->write(toBytes(answer));
+            });
+        });
+        if (!listen(QHostAddress::LocalHost))
+            qFatal("The https server cannot listen.");
+    }
+
+    QUrl url() const { return QUrl(u"https://127.0.0.1:%1/"_s.arg(serverPort())); }
+
+    QByteArray received;
+};
+
+class TlsTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase();
+    void certificate_decidesWhetherAnythingIsSent_data();
+    void certificate_decidesWhetherAnythingIsSent();
+    void redirectToThisMachineInPlain_dropsCredentials();
+    void unreadableTrust_hasItsSentence();
+
+private:
+    void openssl(const QStringList &arguments);
+    void makeCertificate(const QString &name, const QString &host, const QString &days);
+    QString path(const QString &name) const { return m_folder.filePath(name); }
+
+    QTemporaryDir m_folder;
+};
+
+void TlsTest::openssl(const QStringList &arguments)
+{
+    QProcess process;
+    process.setWorkingDirectory(m_folder.path());
+    process.start(u"openssl"_s, arguments);
+    QVERIFY2(process.waitForFinished(), "openssl does not run");
+    QVERIFY2(process.exitCode() == 0, process.readAllStandardError().constData());
+}
+
+void TlsTest::makeCertificate(const QString &name, const QString &host, const QString &days)
+{
+    QFile extensions(path(name + u".ext"_s));
+    QVERIFY(extensions.open(QIODevice::WriteOnly));
+    extensions.write("subjectAltName=" + host.toLatin1());
+    extensions.close();
+    openssl({u"req"_s, u"-newkey"_s, u"rsa:2048"_s, u"-nodes"_s, u"-keyout"_s, name + u".key"_s,
+             u"-out"_s, name + u".csr"_s, u"-subj"_s, u"/CN=server"_s});
+    openssl({u"x509"_s, u"-req"_s, u"-in"_s, name + u".csr"_s, u"-CA"_s, u"ca.pem"_s, u"-CAkey"_s,
+             u"ca.key"_s, u"-CAcreateserial"_s, u"-out"_s, name + u".pem"_s, u"-days"_s, days,
+             u"-extfile"_s, name + u".ext"_s});
+}
+
+void TlsTest::initTestCase()
+{
+    const auto makeAuthority = [this](const QString &name) {
+        openssl({u"req"_s, u"-x509"_s, u"-newkey"_s, u"rsa:2048"_s, u"-nodes"_s, u"-keyout"_s,
+                 name + u".key"_s, u"-out"_s, name + u".pem"_s, u"-days"_s, u"2"_s, u"-subj"_s,
+                 u"/CN="_s + name, u"-addext"_s, u"subjectAltName=IP:127.0.0.1"_s});
+    };
+    makeAuthority(u"ca"_s);
+    makeAuthority(u"self-signed"_s);
+    makeCertificate(u"good"_s, u"IP:127.0.0.1"_s, u"2"_s);
+    makeCertificate(u"wrong-name"_s, u"DNS:example.com"_s, u"2"_s);
+    makeCertificate(u"expired"_s, u"IP:127.0.0.1"_s, u"-1"_s);
+}
+
+void TlsTest::certificate_decidesWhetherAnythingIsSent_data()
+{
+    QTest::addColumn<QString>("certificate");
+    QTest::addColumn<QString>("trust");
+    QTest::addColumn<QString>("outcome");
+    const QString refused = u"The server's certificate is not valid, so nothing was sent."_s;
+    QTest::newRow("good") << u"good"_s << u"ca.pem"_s << u"200"_s;
+    QTest::newRow("unknown authority") << u"good"_s << u"self-signed.pem"_s << refused;
+    QTest::newRow("system's authorities") << u"good"_s << QString() << refused;
+    QTest::newRow("self-signed") << u"self-signed"_s << u"ca.pem"_s << refused;
+    QTest::newRow("wrong name") << u"wrong-name"_s << u"ca.pem"_s << refused;
+    QTest::newRow("expired") << u"expired"_s << u"ca.pem"_s << refused;
+}
+
+void TlsTest::certificate_decidesWhetherAnythingIsSent()
+{
+    QFETCH(const QString, certificate);
+    QFETCH(const QString, trust);
+    QFETCH(const QString, outcome);
+    const HttpsServer server(path(certificate + u".pem"_s), path(certificate + u".key"_s), {});
+    HttpClient client({.caBundle = trust.isEmpty() ? trust : path(trust)});
+    QCOMPARE(test::outcome(send(client, get(server.url(), "Basic c2VjcmV0"))), outcome);
+    QCOMPARE(server.received.contains("Basic c2VjcmV0"), outcome == u"200"_s);
+    QCOMPARE(server.received.isEmpty(), outcome != u"200"_s);
+}
+
+void TlsTest::redirectToThisMachineInPlain_dropsCredentials()
+{
+    ScriptedServer plain([](const Request &) { return Answer{}; });
+    const HttpsServer server(
+        path(u"good.pem"_s), path(u"good.key"_s),
+        {.status = 302, .headers = {{"Location", plain.url().toEncoded()}}});
+    HttpClient client({.caBundle = path(u"ca.pem"_s)});
+    QCOMPARE(outcome(send(client, get(server.url(), "Basic c2VjcmV0"))), u"200"_s);
+    QCOMPARE(plain.requests.size(), 1);
+    QVERIFY(!plain.requests[0].headers.contains("authorization"));
+}
+
+void TlsTest::unreadableTrust_hasItsSentence()
+{
+    const HttpsServer server(path(u"good.pem"_s), path(u"good.key"_s), {});
+    HttpClient client({.caBundle = path(u"missing.pem"_s)});
+    QCOMPARE(outcome(send(client, get(server.url()))),
+             u"The trusted certificates of this computer could not be read."_s);
+}
+
+QTEST_GUILESS_MAIN(TlsTest)
+#include "tst_tls.moc"
