@@ -1,0 +1,257 @@
+// SPDX-FileCopyrightText: 2026 The Pixpress authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#include "localservice/codec.h"
+
+#include "localservice/decode.h"
+#include "localservice/encode.h"
+#include "localservice/metadata.h"
+#include "localservice/sniff.h"
+#include "localservice/vipslibrary.h"
+
+#include <new>
+#include <vector>
+
+using namespace Qt::StringLiterals;
+
+namespace pixpress {
+
+namespace {
+
+using vips::VImage;
+using Fault = std::unexpected<CodecError>;
+
+Fault fault(CodecFault fault, const QString &message)
+{
+    return Fault(CodecError{fault, message});
+}
+
+Fault damaged()
+{
+    return fault(CodecFault::unsupported, u"The image is damaged or incomplete."_s);
+}
+
+struct Opened
+{
+    VImage image;
+    PictureInfo info;
+};
+
+std::expected<Opened, CodecError> open(const QByteArray &original, qint64 maxPixels)
+{
+    const auto sniffed = sniff(original);
+    if (!sniffed)
+        return fault(CodecFault::unsupported,
+                     u"The file is not a PNG, JPEG, WebP or AVIF image."_s);
+    if (sniffed->isAnimated && sniffed->format == ImageFormat::png)
+        return fault(CodecFault::unsupported, u"Animated PNG images are not supported."_s);
+    if (sniffed->isAnimated && sniffed->format == ImageFormat::avif)
+        return fault(CodecFault::unsupported, u"AVIF image sequences are not supported."_s);
+
+    const auto tooLarge = [&] {
+        return fault(CodecFault::tooLarge, u"The image has more than %1 pixels."_s.arg(maxPixels));
+    };
+    if (sniffed->format == ImageFormat::png) {
+        const auto size = statedPngSize(original);
+        if (size && size->width > 0 && size->height > maxPixels / size->width)
+            return tooLarge();
+    }
+    try {
+        const VImage image = openPicture(original, *sniffed);
+        const PictureInfo info = describe(image, sniffed->format);
+        if (info.pixels() > maxPixels)
+            return tooLarge();
+        return Opened{image, info};
+    } catch (const vips::VError &) {
+        vips_error_clear();
+        return damaged();
+    }
+}
+
+/// The part of `scaled` that the result shows: its most interesting one for a thumbnail, else the
+/// middle.
+VipsRect window(const VImage &scaled, PixelSize result, ResizeMode method)
+{
+    const int width = static_cast<int>(result.width);
+    const int height = static_cast<int>(result.height);
+    if (method == ResizeMode::thumb) {
+        const VImage crop = scaled.smartcrop(
+            width, height, VImage::option()->set("interesting", VIPS_INTERESTING_ATTENTION));
+        return {-crop.xoffset(), -crop.yoffset(), width, height};
+    }
+    return {(scaled.width() - width) / 2, (scaled.height() - height) / 2, width, height};
+}
+
+VImage scaleFrame(const VImage &frame, PixelSize size)
+{
+    const double horizontal = static_cast<double>(size.width) / frame.width();
+    const double vertical = static_cast<double>(size.height) / frame.height();
+    auto *options = VImage::option()->set("vscale", vertical);
+    if (!frame.has_alpha())
+        return frame.resize(horizontal, options);
+    // Else the colour under transparent pixels would bleed into the edges.
+    return frame.premultiply().resize(horizontal, options).unpremultiply().cast(VIPS_FORMAT_UCHAR);
+}
+
+VImage resized(const VImage &image, const PictureInfo &info, const ResizePlan &plan,
+               ResizeMode method)
+{
+    const int frameHeight = image.height() / static_cast<int>(info.frameCount);
+    std::vector<VImage> frames;
+    VipsRect area{};
+    for (int i = 0; i < info.frameCount; ++i) {
+        VImage frame =
+            scaleFrame(image.crop(0, i * frameHeight, image.width(), frameHeight), plan.scaled);
+        if (plan.result != plan.scaled) {
+            // The same part of every frame, else the picture would jump about.
+            if (i == 0) {
+                frame = frame.copy_memory();
+                area = window(frame, plan.result, method);
+            }
+            frame = frame.crop(area.left, area.top, area.width, area.height);
+        }
+        frames.push_back(frame);
+    }
+    VImage joined = frames.size() == 1
+                        ? frames.front()
+                        : VImage::arrayjoin(frames, VImage::option()->set("across", 1));
+    joined = joined.copy_memory();
+    if (frames.size() > 1)
+        joined.set(VIPS_META_PAGE_HEIGHT, static_cast<int>(plan.result.height));
+    return joined;
+}
+
+VImage flattened(const VImage &image, RequestOptions::Colour colour)
+{
+    const auto [red, green, blue] = colour;
+    const bool isGrey = image.bands() < 3 && red == green && green == blue;
+    const std::vector<double> background =
+        isGrey ? std::vector<double>{double(red)}
+               : std::vector<double>{double(red), double(green), double(blue)};
+    const VImage source =
+        image.bands() < 3 && !isGrey ? image.colourspace(VIPS_INTERPRETATION_sRGB) : image;
+    return source.flatten(VImage::option()->set("background", background)).copy_memory();
+}
+
+/// The sides that a format can store.
+qint64 maxSideOf(ImageFormat format)
+{
+    return format == ImageFormat::webp ? 16'383 : maxSide;
+}
+
+std::expected<Encoded, CodecError> encodeSmallest(const VImage &pixels, PixelSize size,
+                                                  const RequestOptions &options,
+                                                  const QList<ImageFormat> &formats,
+                                                  const std::atomic_bool &stopped)
+{
+    Encoded smallest;
+    for (const ImageFormat format : formats) {
+        if (size.width > maxSideOf(format) || size.height > maxSideOf(format))
+            continue;
+        VImage image = pixels;
+        const bool takesNoAlpha = format == ImageFormat::jpeg;
+        if (image.has_alpha() && (options.background || takesNoAlpha))
+            image = flattened(image,
+                              options.background.value_or(RequestOptions::Colour{255, 255, 255}));
+        image = withoutMetadata(image, options.preserve);
+        stopWith(image, stopped);
+        QByteArray bytes = encodePicture(image, format, stopped);
+        if (smallest.bytes.isEmpty() || bytes.size() < smallest.bytes.size())
+            smallest = {std::move(bytes), format, size};
+    }
+    if (smallest.bytes.isEmpty())
+        return fault(
+            CodecFault::badRequest,
+            u"An image of %1 x %2 pixels does not fit into the format asked for."_s.arg(size.width)
+                .arg(size.height));
+    return smallest;
+}
+
+std::expected<Encoded, CodecError> work(const QByteArray &original, const RequestOptions &options,
+                                        const Opened &opened, qint64 maxPixels,
+                                        const std::atomic_bool &stopped)
+{
+    const PictureInfo &info = opened.info;
+    const QList<ImageFormat> formats =
+        options.convert.isEmpty() ? QList{info.format} : options.convert;
+    if (info.frameCount > 1 && formats != QList{ImageFormat::webp})
+        return fault(CodecFault::unsupported,
+                     u"An animated WebP image cannot be converted without losing its frames."_s);
+
+    RepackedJpeg repacked;
+    if (info.format == ImageFormat::jpeg) {
+        const QByteArray exif = exifBlock(withoutMetadata(opened.image, options.preserve));
+        repacked = repackJpeg(original, exif, stopped);
+        if (repacked.isDamaged)
+            return damaged();
+        if (!isPlain(opened.image))
+            repacked.bytes.clear();
+    }
+
+    VImage decoded;
+    try {
+        decoded = decodePicture(opened.image, stopped);
+    } catch (const vips::VError &) {
+        vips_error_clear();
+        return damaged();
+    }
+    const PixelSize source{decoded.width(), decoded.height() / info.frameCount};
+    const ResizePlan plan =
+        options.resize ? planResize(source, *options.resize) : ResizePlan{source, source};
+    if (plan.scaled.width * info.frameCount > maxPixels / plan.scaled.height)
+        return fault(CodecFault::badRequest,
+                     u"\"resize\" asks for an image of more than %1 pixels."_s.arg(maxPixels));
+    const bool keepsSize = plan == ResizePlan{source, source};
+    const bool keepsLook =
+        keepsSize && formats == QList{info.format} && !(options.background && decoded.has_alpha());
+    if (keepsLook && repacked.isCompressed && !repacked.bytes.isEmpty()) {
+        // Another lossy pass would cost quality for next to nothing.
+        const bool isSmaller = repacked.bytes.size() < original.size();
+        return Encoded{isSmaller ? repacked.bytes : original, info.format, source};
+    }
+    const VImage pixels =
+        keepsSize ? decoded : resized(decoded, info, plan, options.resize->method);
+    auto encoded = encodeSmallest(pixels, plan.result, options, formats, stopped);
+    if (encoded && keepsLook) {
+        if (!repacked.bytes.isEmpty() && repacked.bytes.size() < encoded->bytes.size())
+            encoded->bytes = repacked.bytes;
+        if (encoded->bytes.size() >= original.size())
+            encoded->bytes = original;
+    }
+    return encoded;
+}
+
+} // namespace
+
+std::expected<PictureInfo, CodecError> inspect(const QByteArray &original, qint64 maxPixels)
+{
+    startVips();
+    const auto opened = open(original, maxPixels);
+    if (!opened)
+        return Fault(opened.error());
+    return opened->info;
+}
+
+std::expected<Encoded, CodecError> compress(const QByteArray &original,
+                                            const RequestOptions &options, qint64 maxPixels,
+                                            const std::atomic_bool &stopped)
+{
+    startVips();
+    const auto opened = open(original, maxPixels);
+    if (!opened)
+        return Fault(opened.error());
+    std::expected<Encoded, CodecError> result;
+    try {
+        result = work(original, options, *opened, maxPixels, stopped);
+    } catch (const vips::VError &) {
+        vips_error_clear();
+        result = fault(CodecFault::failed, u"The image could not be written."_s);
+    } catch (const std::bad_alloc &) {
+        result = fault(CodecFault::failed, u"There is not enough memory for this image."_s);
+    }
+    if (stopped)
+        return fault(CodecFault::stopped, u"The service is being stopped."_s);
+    return result;
+}
+
+} // namespace pixpress

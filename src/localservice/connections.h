@@ -1,0 +1,54 @@
+// SPDX-FileCopyrightText: 2026 The Pixpress authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#pragma once
+
+#include <httplib.h>
+
+#include <list>
+#include <mutex>
+
+namespace pixpress {
+
+/// The HTTP server with a connection handling of its own, for what the library's lacks:
+///
+/// - stop() and a full house end connections that wait for a request at once, where the library
+///   would keep their thread until their time is up, asking a hundred times a second;
+/// - an answer leaves in one piece, head and body together;
+/// - a connection whose request was answered before its body had arrived is closed such that the
+///   answer gets through: what still arrives is read and dropped for a moment first.
+///
+/// Routes are set on the base class. Each open connection has one of `threadCount` threads.
+class ConnectionServer final : public httplib::Server
+{
+public:
+    explicit ConnectionServer(size_t threadCount);
+
+    /// Listens until stop(), on the calling thread.
+    void run();
+
+    /// Ends run(), from another thread, and every connection: a handler that reads a body or writes
+    /// an answer fails soon, one that computes is waited for by run(). Waits for none of them.
+    void stop();
+
+    /// To be called by a handler: the request's body was not, or not completely, read.
+    static void closeAfterAnswer();
+
+private:
+    struct Connection;
+    class Stream;
+    class Workers;
+
+    bool process_and_close_socket(socket_t socket) override;
+    bool serve(Connection &connection);
+    void makeRoom();
+
+    const size_t m_threadCount;
+    std::mutex m_mutex;
+    std::list<Connection *> m_connections; ///< Those idle for the longest time first.
+    size_t m_openCount = 0;                ///< With those that wait for a thread.
+    bool m_stopping = false;
+    bool m_ended = false;
+};
+
+} // namespace pixpress
