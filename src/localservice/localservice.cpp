@@ -143,7 +143,11 @@ LocalService::Private::Private(LocalServiceConfig given)
                                              : ConnectionServer::HandlerResponse::Unhandled;
     });
     server.set_expect_100_continue_handler([this](const auto &request, auto &response) {
-        return hasBody(request) && handleHead(request, response) ? response.status : 100;
+        if (!hasBody(request) || !handleHead(request, response))
+            return 100;
+        // On this path the library leaves the length out.
+        response.set_header("Content-Length", std::to_string(response.body.size()));
+        return response.status;
     });
     server.set_exception_handler([](const auto &, auto &response, std::exception_ptr) {
         answer(response, {500, "InternalServerError", u"There is not enough memory."_s});

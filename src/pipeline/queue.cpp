@@ -80,13 +80,6 @@ void CompressionQueue::clearAll()
 
 void CompressionQueue::processNext()
 {
-    // A task that ends before it has waited for anything ends inside the call that starts it. The
-    // next one waits for the event loop, so that a thousand unreadable files are no recursion.
-    if (m_starting) {
-        QMetaObject::invokeMethod(this, &CompressionQueue::processNext, Qt::QueuedConnection);
-        return;
-    }
-
     if (m_activeTasks >= maxConcurrent)
         return;
     const qsizetype index = firstPending();
@@ -101,9 +94,11 @@ void CompressionQueue::processNext()
         setStatus(index, status::Failed{u"Monthly quota exhausted"_s});
         return;
     }
+    const QUuid id = m_tasks[index].id;
+    const CompressionOptions options = m_tasks[index].options;
     setActiveTasks(m_activeTasks + 1);
     const QScopedValueRollback starting(m_starting, true);
-    processTask(m_tasks[index].id, m_tasks[index].options, *apiKey);
+    processTask(id, options, *apiKey);
 }
 
 QCoro::Task<> CompressionQueue::processTask(QUuid taskId, CompressionOptions options,
@@ -172,8 +167,15 @@ QCoro::Task<> CompressionQueue::processTask(QUuid taskId, CompressionOptions opt
 }
 
 /// Records the outcome if the task is still listed, and goes on with the next.
-void CompressionQueue::endTask(const QUuid &taskId, const TaskStatus &outcome)
+void CompressionQueue::endTask(QUuid taskId, TaskStatus outcome)
 {
+    // A task that fails before it has waited for anything would end inside the call that starts
+    // it, and a thousand unreadable files would be a recursion.
+    if (m_starting) {
+        QMetaObject::invokeMethod(
+            this, [this, taskId, outcome] { endTask(taskId, outcome); }, Qt::QueuedConnection);
+        return;
+    }
     if (const qsizetype index = indexOf(taskId); index >= 0)
         setStatus(index, outcome);
     setActiveTasks(m_activeTasks - 1);
