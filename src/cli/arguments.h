@@ -1,0 +1,34 @@
+// SPDX-FileCopyrightText: 2026 The Pixpress authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#pragma once
+
+#include "model/options.h"
+
+#include <QString>
+#include <QStringList>
+
+#include <expected>
+
+namespace pixpress::cli {
+
+/// What the command line asks for.
+struct Arguments
+{
+    QStringList files; ///< As given.
+    CompressionOptions options;
+    bool remote = false;
+    bool json = false;
+};
+
+/// Why there is nothing to run.
+struct NothingToRun
+{
+    bool isError = false; ///< Wrong usage, as opposed to a question that `text` answers.
+    QString text;
+};
+
+/// Reads a command line, whose first element is the program's name.
+std::expected<Arguments, NothingToRun> parseArguments(const QStringList &commandLine);
+
+} // namespace pixpress::cli

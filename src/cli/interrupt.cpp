@@ -1,0 +1,40 @@
+// SPDX-FileCopyrightText: 2026 The Pixpress authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#include "cli/interrupt.h"
+
+#include <QSocketNotifier>
+
+#include <csignal>
+#include <sys/socket.h>
+#include <unistd.h>
+
+namespace pixpress::cli {
+
+namespace {
+
+int ends[2]; // a signal handler may do little more than write to a socket
+
+void tellEventLoop(int)
+{
+    const char byte = 0;
+    [[maybe_unused]] const auto written = write(ends[0], &byte, 1);
+}
+
+} // namespace
+
+void onInterrupt(QObject *context, std::function<void()> stop)
+{
+    if (socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0, ends) != 0)
+        return; // the signals then end the process as ever
+    auto *notifier = new QSocketNotifier(ends[1], QSocketNotifier::Read, context);
+    QObject::connect(notifier, &QSocketNotifier::activated, context, std::move(stop));
+
+    struct sigaction action = {};
+    action.sa_handler = tellEventLoop;
+    action.sa_flags = SA_RESTART;
+    for (const int signal : {SIGINT, SIGTERM, SIGHUP})
+        sigaction(signal, &action, nullptr);
+}
+
+} // namespace pixpress::cli

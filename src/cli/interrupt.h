@@ -1,0 +1,16 @@
+// SPDX-FileCopyrightText: 2026 The Pixpress authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#pragma once
+
+#include <functional>
+
+class QObject;
+
+namespace pixpress::cli {
+
+/// Calls `stop` on the thread of `context`, from its event loop, when the process is asked to end
+/// (Ctrl-C, kill, a closed terminal). What that thread is writing at the moment is finished first.
+void onInterrupt(QObject *context, std::function<void()> stop);
+
+} // namespace pixpress::cli

@@ -1,0 +1,43 @@
+// SPDX-FileCopyrightText: 2026 The Pixpress authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#pragma once
+
+#include "cli/arguments.h"
+#include "cli/report.h"
+#include "pipeline/queue.h"
+
+#include <QObject>
+
+#include <set>
+
+namespace pixpress::cli {
+
+/// Puts the files of a command line through a queue and reports each.
+class Run : public QObject
+{
+    Q_OBJECT
+
+public:
+    /// Both outlive the run.
+    Run(const Arguments &arguments, CompressionQueue &queue);
+
+    void start();
+    void interrupt();
+
+Q_SIGNALS:
+    void finished(int exitStatus); ///< Once.
+
+private:
+    void onTaskChanged(qsizetype index);
+    void goOn();
+
+    const Arguments &m_arguments;
+    CompressionQueue &m_queue;
+    Report m_report;
+    std::set<qsizetype> m_running; // indexes, which stay: this program clears nothing
+    qsizetype m_ended = 0;
+    bool m_finished = false;
+};
+
+} // namespace pixpress::cli
