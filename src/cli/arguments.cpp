@@ -131,8 +131,8 @@ void readDestination(const QCommandLineParser &parser, CompressionOptions &optio
         fault.set(u"--overwrite and --output exclude each other."_s);
     const QFileInfo folder(parser.value(u"output"_s));
     if (!folder.isDir())
-        fault.set(u"--output takes a folder that exists, not \"%1\"."_s.arg(
-            parser.value(u"output"_s)));
+        fault.set(
+            u"--output takes a folder that exists, not \"%1\"."_s.arg(parser.value(u"output"_s)));
     options.outputDestination = OutputDestination::customFolder;
     options.customFolderURL = QUrl::fromLocalFile(folder.absoluteFilePath());
 }
@@ -142,11 +142,18 @@ void readDestination(const QCommandLineParser &parser, CompressionOptions &optio
 std::expected<Arguments, NothingToRun> parseArguments(const QStringList &commandLine)
 {
     QCommandLineParser parser;
-    for (const auto &[name, value] :
-         {std::pair{u"resize"_s, u"mode"_s}, {u"width"_s, u"n"_s}, {u"height"_s, u"n"_s},
-          {u"convert"_s, u"format"_s}, {u"background"_s, u"colour"_s}, {u"preserve"_s, u"list"_s},
-          {u"output"_s, u"folder"_s}, {u"overwrite"_s, QString()}, {u"remote"_s, QString()},
-          {u"json"_s, QString()}, {u"help"_s, QString()}, {u"version"_s, QString()}}) {
+    for (const auto &[name, value] : {std::pair{u"resize"_s, u"mode"_s},
+                                      {u"width"_s, u"n"_s},
+                                      {u"height"_s, u"n"_s},
+                                      {u"convert"_s, u"format"_s},
+                                      {u"background"_s, u"colour"_s},
+                                      {u"preserve"_s, u"list"_s},
+                                      {u"output"_s, u"folder"_s},
+                                      {u"overwrite"_s, QString()},
+                                      {u"remote"_s, QString()},
+                                      {u"json"_s, QString()},
+                                      {u"help"_s, QString()},
+                                      {u"version"_s, QString()}}) {
         parser.addOption(QCommandLineOption(name, QString(), value));
     }
 

@@ -115,8 +115,8 @@ void Report::ended(const CompressionTask &task)
                         savings(result.savingsPercentage()).rightJustified(10),
                         printable(result.outputURL.fileName())));
     } else {
-        line(m_out, u"%1  Failed: %2"_s.arg(
-                        name, printable(std::get<status::Failed>(task.status).error)));
+        line(m_out,
+             u"%1  Failed: %2"_s.arg(name, printable(std::get<status::Failed>(task.status).error)));
     }
 }
 
@@ -128,7 +128,8 @@ void Report::progress(const QList<CompressionTask> &tasks, const std::set<qsizet
     QStringList activities;
     for (const qsizetype index : running)
         activities.append(activity(tasks[index].status) + u' ' + printable(tasks[index].fileName));
-    const QString text = u"%1 of %2  "_s.arg(endedCount).arg(tasks.size()) + activities.join(u", "_s);
+    const QString text =
+        u"%1 of %2  "_s.arg(endedCount).arg(tasks.size()) + activities.join(u", "_s);
     clearProgress();
     m_out << text.left(terminalWidth() - 1);
     m_out.flush();

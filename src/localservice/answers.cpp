@@ -25,16 +25,11 @@ void setJson(httplib::Response &response, const QJsonObject &object)
 Refusal refusalFor(const CodecError &error)
 {
     switch (error.fault) {
-    case CodecFault::badRequest:
-        return {400, "BadRequest", error.message};
-    case CodecFault::unsupported:
-        return {415, "UnsupportedMediaType", error.message};
-    case CodecFault::tooLarge:
-        return {413, "TooLarge", error.message};
-    case CodecFault::stopped:
-        return {503, "ServiceUnavailable", error.message};
-    case CodecFault::failed:
-        return {500, "InternalServerError", error.message};
+    case CodecFault::badRequest: return {400, "BadRequest", error.message};
+    case CodecFault::unsupported: return {415, "UnsupportedMediaType", error.message};
+    case CodecFault::tooLarge: return {413, "TooLarge", error.message};
+    case CodecFault::stopped: return {503, "ServiceUnavailable", error.message};
+    case CodecFault::failed: return {500, "InternalServerError", error.message};
     }
     Q_UNREACHABLE();
 }

@@ -109,15 +109,12 @@ VImage openPicture(const QByteArray &bytes, const Sniffed &sniffed)
     auto *options =
         VImage::option()->set("access", VIPS_ACCESS_SEQUENTIAL)->set("fail_on", VIPS_FAIL_ON_ERROR);
     switch (sniffed.format) {
-    case ImageFormat::png:
-        return VImage::pngload_buffer(blob.get(), options);
-    case ImageFormat::jpeg:
-        return VImage::jpegload_buffer(blob.get(), options);
+    case ImageFormat::png: return VImage::pngload_buffer(blob.get(), options);
+    case ImageFormat::jpeg: return VImage::jpegload_buffer(blob.get(), options);
     case ImageFormat::webp:
         return VImage::webpload_buffer(blob.get(),
                                        sniffed.isAnimated ? options->set("n", -1) : options);
-    case ImageFormat::avif:
-        return VImage::heifload_buffer(blob.get(), options);
+    case ImageFormat::avif: return VImage::heifload_buffer(blob.get(), options);
     }
     Q_UNREACHABLE();
 }

@@ -71,14 +71,10 @@ QByteArray encodeAvif(const VImage &image)
 QByteArray encodePicture(const VImage &image, ImageFormat format, const std::atomic_bool &stopped)
 {
     switch (format) {
-    case ImageFormat::png:
-        return encodePng(image, stopped);
-    case ImageFormat::jpeg:
-        return encodeJpeg(image);
-    case ImageFormat::webp:
-        return encodeWebp(image);
-    case ImageFormat::avif:
-        return encodeAvif(image);
+    case ImageFormat::png: return encodePng(image, stopped);
+    case ImageFormat::jpeg: return encodeJpeg(image);
+    case ImageFormat::webp: return encodeWebp(image);
+    case ImageFormat::avif: return encodeAvif(image);
     }
     Q_UNREACHABLE();
 }

@@ -48,11 +48,8 @@ void onMessage(j_common_ptr info, int level)
     case JWRN_HUFF_BAD_CODE:
     case JWRN_JPEG_EOF:
     case JWRN_MUST_RESYNC:
-    case JWRN_NOT_SEQUENTIAL:
-        reinterpret_cast<ErrorManager *>(info->err)->isDamaged = true;
-        break;
-    default:
-        break; // The library's own open list.
+    case JWRN_NOT_SEQUENTIAL: reinterpret_cast<ErrorManager *>(info->err)->isDamaged = true; break;
+    default: break; // The library's own open list.
     }
 }
 

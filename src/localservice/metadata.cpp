@@ -29,8 +29,7 @@ bool isKept(ExifIfd ifd, ExifTag tag, const Preserve &preserve)
     switch (static_cast<int>(tag)) {
     case EXIF_TAG_COPYRIGHT:
     case EXIF_TAG_ARTIST:
-    case EXIF_TAG_XP_AUTHOR:
-        return preserve.copyright;
+    case EXIF_TAG_XP_AUTHOR: return preserve.copyright;
     case EXIF_TAG_DATE_TIME:
     case EXIF_TAG_DATE_TIME_ORIGINAL:
     case EXIF_TAG_DATE_TIME_DIGITIZED:
@@ -39,10 +38,8 @@ bool isKept(ExifIfd ifd, ExifTag tag, const Preserve &preserve)
     case EXIF_TAG_SUB_SEC_TIME_DIGITIZED:
     case EXIF_TAG_OFFSET_TIME:
     case EXIF_TAG_OFFSET_TIME_ORIGINAL:
-    case EXIF_TAG_OFFSET_TIME_DIGITIZED:
-        return preserve.creation;
-    default:
-        return false; // An open set: whatever else a camera writes.
+    case EXIF_TAG_OFFSET_TIME_DIGITIZED: return preserve.creation;
+    default: return false; // An open set: whatever else a camera writes.
     }
 }
 

@@ -71,8 +71,7 @@ QString description(ResizeMode mode)
         return u"Scales the image proportionally to fit within the given dimensions."_s;
     case ResizeMode::cover:
         return u"Scales and crops the image to cover the given dimensions exactly."_s;
-    case ResizeMode::thumb:
-        return u"Intelligently crops to focus on the most interesting area."_s;
+    case ResizeMode::thumb: return u"Intelligently crops to focus on the most interesting area."_s;
     }
     Q_UNREACHABLE();
 }

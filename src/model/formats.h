@@ -90,8 +90,14 @@ std::expected<E, DecodingError> decode(const QJsonValue &json)
                         : QStringLiteral("A string was expected.")});
 }
 
-inline size_t qHash(ImageFormat value, size_t seed = 0) { return ::qHash(rawValue(value), seed); }
-inline size_t qHash(ResizeMode value, size_t seed = 0) { return ::qHash(rawValue(value), seed); }
+inline size_t qHash(ImageFormat value, size_t seed = 0)
+{
+    return ::qHash(rawValue(value), seed);
+}
+inline size_t qHash(ResizeMode value, size_t seed = 0)
+{
+    return ::qHash(rawValue(value), seed);
+}
 inline size_t qHash(OutputDestination value, size_t seed = 0)
 {
     return ::qHash(rawValue(value), seed);

@@ -27,9 +27,11 @@ bool isActive(const TaskStatus &status)
 }
 
 CompressionTask::CompressionTask(const QUrl &sourceURL, const CompressionOptions &options)
-    : id(QUuid::createUuid()), sourceURL(sourceURL),
+    : id(QUuid::createUuid()),
+      sourceURL(sourceURL),
       fileName(sourceURL.adjusted(QUrl::StripTrailingSlash).fileName()),
-      originalSize(QFileInfo(sourceURL.toLocalFile()).size()), options(options),
+      originalSize(QFileInfo(sourceURL.toLocalFile()).size()),
+      options(options),
       addedAt(QDateTime::currentDateTime())
 {
 }

@@ -19,12 +19,12 @@ struct CompressionResult
 {
     qint64 originalSize = 0;   ///< Bytes of the input, as the service reported them.
     qint64 compressedSize = 0; ///< Bytes that were fetched, not those that were announced.
-    QUrl outputURL = {};         ///< The file that was written.
-    QString inputType = {};         ///< MIME type, as the service reported it.
-    QString outputType = {};        ///< MIME type, as the service reported it.
+    QUrl outputURL = {};       ///< The file that was written.
+    QString inputType = {};    ///< MIME type, as the service reported it.
+    QString outputType = {};   ///< MIME type, as the service reported it.
     qint64 width = 0;          ///< Pixels, as the service reported them.
     qint64 height = 0;         ///< Pixels, as the service reported them.
-    QDateTime timestamp = {};       ///< When the result was made.
+    QDateTime timestamp = {};  ///< When the result was made.
 
     bool operator==(const CompressionResult &) const = default;
 

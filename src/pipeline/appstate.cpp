@@ -9,8 +9,10 @@ namespace pixpress {
 
 AppState::AppState(SettingsStore &settings, const ServiceConfig &service, OpenPanel openPanel,
                    QuotaTracker::Clock clock)
-    : m_settings(settings), m_openPanel(std::move(openPanel)),
-      m_quotaTracker(settings, std::move(clock)), m_compressionQueue(settings, service),
+    : m_settings(settings),
+      m_openPanel(std::move(openPanel)),
+      m_quotaTracker(settings, std::move(clock)),
+      m_compressionQueue(settings, service),
       m_isAPIKeyConfigured(KeychainHelper::loadAPIKey(settings).has_value())
 {
     m_compressionQueue.setQuotaTracker(&m_quotaTracker);

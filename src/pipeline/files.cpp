@@ -114,9 +114,8 @@ QUrl outputURL(const QUrl &source, const CompressionOptions &options)
 {
     const QString sourceName = source.fileName();
     const QString sourceExtension = pathExtension(sourceName);
-    const QString baseName = sourceExtension.isEmpty()
-                                 ? sourceName
-                                 : sourceName.chopped(sourceExtension.size() + 1);
+    const QString baseName =
+        sourceExtension.isEmpty() ? sourceName : sourceName.chopped(sourceExtension.size() + 1);
     const QString extension =
         options.convertEnabled ? fileExtension(options.convertFormat) : sourceExtension;
 

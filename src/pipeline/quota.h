@@ -19,8 +19,8 @@ namespace pixpress {
 class QuotaTracker : public QObject
 {
     Q_OBJECT
-    Q_PROPERTY(qint64 currentCount READ currentCount WRITE setCurrentCount NOTIFY
-                   currentCountChanged)
+    Q_PROPERTY(
+        qint64 currentCount READ currentCount WRITE setCurrentCount NOTIFY currentCountChanged)
     Q_PROPERTY(QString monthYear READ monthYear WRITE setMonthYear NOTIFY monthYearChanged)
     Q_PROPERTY(qint64 monthlyLimit MEMBER monthlyLimit CONSTANT)
 

@@ -26,7 +26,7 @@ struct TinifyError
     };
 
     Case kind;
-    qint64 code = 0; ///< HTTP status, of apiError only.
+    qint64 code = 0;      ///< HTTP status, of apiError only.
     QString message = {}; ///< Of apiError only.
 
     bool operator==(const TinifyError &) const = default;

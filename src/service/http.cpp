@@ -38,7 +38,9 @@ class HttpClient::Worker
 {
 public:
     Worker(HttpClient &client, HttpLimits limits)
-        : m_client(client), m_limits(std::move(limits)), m_multi(curl_multi_init()),
+        : m_client(client),
+          m_limits(std::move(limits)),
+          m_multi(curl_multi_init()),
           m_thread(&Worker::run, this)
     {
     }
@@ -131,8 +133,8 @@ private:
         const auto now = Clock::now();
         auto wait = std::chrono::milliseconds(24h);
         for (size_t i = 0; i < m_transfers.size();) {
-            const auto left = std::chrono::ceil<std::chrono::milliseconds>(
-                m_transfers[i]->deadline() - now);
+            const auto left =
+                std::chrono::ceil<std::chrono::milliseconds>(m_transfers[i]->deadline() - now);
             if (left > 0ms) {
                 wait = std::min(wait, left);
                 ++i;

@@ -68,15 +68,14 @@ QUrl TinifyService::shrinkURL() const
 }
 
 QCoro::Task<TinifyService::Result<ShrinkResponse>> TinifyService::shrink(QByteArray imageData,
-                                                                        QString apiKey)
+                                                                         QString apiKey)
 {
     if (apiKey.isEmpty())
         co_return failure(TinifyError{TinifyError::Case::noAPIKey});
 
     // No content type is sent: the service tells the format from the bytes.
-    HttpRequest request{.url = shrinkURL(),
-                        .authorization = authorization(apiKey),
-                        .body = std::move(imageData)};
+    HttpRequest request{
+        .url = shrinkURL(), .authorization = authorization(apiKey), .body = std::move(imageData)};
     const HttpResult answer = co_await m_session.send(std::move(request));
     if (!answer)
         co_return failure(fromTransport(answer.error()));
@@ -106,8 +105,7 @@ QCoro::Task<TinifyService::Result<std::pair<QByteArray, qint64>>>
 TinifyService::fetchOutput(QUrl outputURL, std::optional<CompressionOptions> options,
                            QString apiKey)
 {
-    HttpRequest request{.url = outputURL,
-                        .authorization = authorization(apiKey)};
+    HttpRequest request{.url = outputURL, .authorization = authorization(apiKey)};
     if (const auto json = options ? options->toJSON() : std::nullopt) {
         request.contentType = "application/json";
         request.body = QJsonDocument(*json).toJson(QJsonDocument::Compact);
@@ -125,9 +123,8 @@ TinifyService::fetchOutput(QUrl outputURL, std::optional<CompressionOptions> opt
 QCoro::Task<TinifyService::Result<bool>> TinifyService::validateAPIKey(QString key)
 {
     // A good key gets an error too, about the image that is missing. Only 401 is about the key.
-    HttpRequest request{.url = shrinkURL(),
-                        .authorization = authorization(key),
-                        .body = QByteArray()};
+    HttpRequest request{
+        .url = shrinkURL(), .authorization = authorization(key), .body = QByteArray()};
     const HttpResult answer = co_await m_session.send(std::move(request));
     if (!answer)
         co_return failure(fromTransport(answer.error()));

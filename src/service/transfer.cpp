@@ -63,7 +63,9 @@ TransportError describe(CURLcode code)
 
 bool isSameOrigin(const QUrl &a, const QUrl &b)
 {
-    const auto port = [](const QUrl &url) { return url.port(url.scheme() == "https"_L1 ? 443 : 80); };
+    const auto port = [](const QUrl &url) {
+        return url.port(url.scheme() == "https"_L1 ? 443 : 80);
+    };
     return a.scheme() == b.scheme() && a.host() == b.host() && port(a) == port(b);
 }
 
@@ -96,11 +98,12 @@ void Transfer::prepare()
     m_paused = false;
     m_headIsComplete = false;
 
-    const auto set = [easy](CURLoption option, auto value) { curl_easy_setopt(easy, option, value); };
+    const auto set = [easy](CURLoption option, auto value) {
+        curl_easy_setopt(easy, option, value);
+    };
 
     // Credentials in an address are nobody's business here; a fragment is not for servers.
-    const QByteArray url =
-        m_request.url.toEncoded(QUrl::RemoveUserInfo | QUrl::RemoveFragment);
+    const QByteArray url = m_request.url.toEncoded(QUrl::RemoveUserInfo | QUrl::RemoveFragment);
     const bool secure = m_request.url.scheme() == "https"_L1;
     set(CURLOPT_URL, url.constData());
     set(CURLOPT_PROTOCOLS_STR, secure ? "https" : "http");

@@ -55,7 +55,10 @@ private:
     struct Cleanup
     {
         template <typename T>
-        void operator()(T *object) const { cleanup(object); }
+        void operator()(T *object) const
+        {
+            cleanup(object);
+        }
     };
 
     const quint64 m_id;

@@ -34,9 +34,10 @@ public:
     qint64 integer(const QString &name)
     {
         // toInteger() returns its argument for a number that is no integer of 64 bits.
-        return read(name, u"a whole number"_s, [](const QJsonValue &value) {
-                   return value.toInteger(0) == value.toInteger(1);
-               }).toInteger();
+        return read(
+                   name, u"a whole number"_s,
+                   [](const QJsonValue &value) { return value.toInteger(0) == value.toInteger(1); })
+            .toInteger();
     }
 
     Members object(const QString &name)

@@ -170,8 +170,8 @@ void QueueTest::task_passesThroughEveryStatus()
             [&](qsizetype index) { seen.append(text(m_queue->tasks()[index].status)); });
     add({file(u"a.png"_s)});
     QTRY_COMPARE(m_queue->completedCount(), 1);
-    QCOMPARE(seen, QStringList({u"uploading"_s, u"compressing"_s, u"downloading"_s,
-                                u"completed"_s}));
+    QCOMPARE(seen,
+             QStringList({u"uploading"_s, u"compressing"_s, u"downloading"_s, u"completed"_s}));
     QCOMPARE(m_server->requests.size(), 2);
     QCOMPARE(m_server->requests[0].body, "source");
     QCOMPARE(contentOf(u"a-pixpress.png"_s), "output");
@@ -233,8 +233,8 @@ void QueueTest::filesAddedWhileOthersRun_runBesideThem()
         QTRY_COMPARE(m_server->requests.size(), std::min(i, 3));
         QCOMPARE(m_queue->activeTasks(), std::min(i, 3));
     }
-    QCOMPARE(statuses(), QStringList({u"compressing"_s, u"compressing"_s, u"compressing"_s,
-                                      u"pending"_s}));
+    QCOMPARE(statuses(),
+             QStringList({u"compressing"_s, u"compressing"_s, u"compressing"_s, u"pending"_s}));
     m_server->releaseOne(); // the upload of one
     QTRY_COMPARE(m_server->requests.size(), 4);
     QCOMPARE(m_queue->tasks()[3].status, TaskStatus(status::Pending{}));
@@ -297,8 +297,7 @@ void QueueTest::withUsedUpQuota_onlyTheFirstFails()
     // The count in memory decides, though a new month has begun.
     m_now = m_now.addMonths(1);
     add({});
-    QCOMPARE(statuses(),
-             QStringList({u"Monthly quota exhausted"_s, u"Monthly quota exhausted"_s}));
+    QCOMPARE(statuses(), QStringList({u"Monthly quota exhausted"_s, u"Monthly quota exhausted"_s}));
     QCOMPARE(m_server->connections, 0);
 }
 
@@ -399,8 +398,8 @@ void QueueTest::failure_isRecordedAndTheNextTaskRuns_data()
     QTest::addColumn<QString>("error");
     QTest::newRow("upload refused") << 401 << 200 << u"Invalid API key"_s;
     QTest::newRow("upload too large") << 413 << 200 << u"File exceeds 500 MB limit"_s;
-    QTest::newRow("limit reached") << 429 << 200
-                                   << u"Monthly compression limit reached (500/month)"_s;
+    QTest::newRow("limit reached")
+        << 429 << 200 << u"Monthly compression limit reached (500/month)"_s;
     QTest::newRow("upload answered with 200") << 200 << 200 << u"API error (200): Unknown error"_s;
     QTest::newRow("output gone") << 201 << 404 << u"API error (404): Unknown error"_s;
 }

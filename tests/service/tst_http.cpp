@@ -401,8 +401,7 @@ void HttpTest::redirect()
                       .headers = {{"Location", target.url(u"/there"_s).toEncoded()}}};
     });
     HttpClient client({});
-    const HttpResult result =
-        send(client, posts ? post(server.url(), "body") : get(server.url()));
+    const HttpResult result = send(client, posts ? post(server.url(), "body") : get(server.url()));
     QCOMPARE(test::outcome(result), outcome);
     QCOMPARE(server.requests.size(), 1);
     QByteArrayList methods;
@@ -461,9 +460,8 @@ void HttpTest::redirectToAnotherPort_dropsCredentials()
 
 void HttpTest::endlessRedirect_ends()
 {
-    ScriptedServer server([](const Request &) {
-        return Answer{.status = 302, .headers = {{"Location", "/again"}}};
-    });
+    ScriptedServer server(
+        [](const Request &) { return Answer{.status = 302, .headers = {{"Location", "/again"}}}; });
     HttpClient client({});
     QCOMPARE(outcome(send(client, get(server.url()))),
              u"The server redirected the request too often."_s);

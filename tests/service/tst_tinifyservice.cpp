@@ -147,8 +147,7 @@ void TinifyServiceTest::shrinkWithBadLocation_isInvalid()
 
 void TinifyServiceTest::shrinkWithRelativeLocation_isResolved()
 {
-    ScriptedServer server(
-        [](const Request &) { return shrinkAnswer(QUrl(u"/output/x"_s)); });
+    ScriptedServer server([](const Request &) { return shrinkAnswer(QUrl(u"/output/x"_s)); });
     TinifyService service(configFor(server));
     QCOMPARE(QCoro::waitFor(service.shrink("image", u"key"_s))->outputURL,
              server.url(u"/output/x"_s));
@@ -261,8 +260,8 @@ void TinifyServiceTest::failureStatus_isMapped_data()
         {503, "API error (503): Unknown error", "API error (503): In its own words."},
     };
     for (const Row &row : rows) {
-        QTest::addRow("%d", row.status) << row.status << QByteArray()
-                                        << QString::fromLatin1(row.unexplained);
+        QTest::addRow("%d", row.status)
+            << row.status << QByteArray() << QString::fromLatin1(row.unexplained);
         if (!row.explained)
             continue;
         QTest::addRow("%d page", row.status)

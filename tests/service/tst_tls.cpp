@@ -132,9 +132,8 @@ void TlsTest::certificate_decidesWhetherAnythingIsSent()
 void TlsTest::redirectToThisMachineInPlain_dropsCredentials()
 {
     ScriptedServer plain([](const Request &) { return Answer{}; });
-    const HttpsServer server(
-        path(u"good.pem"_s), path(u"good.key"_s),
-        {.status = 302, .headers = {{"Location", plain.url().toEncoded()}}});
+    const HttpsServer server(path(u"good.pem"_s), path(u"good.key"_s),
+                             {.status = 302, .headers = {{"Location", plain.url().toEncoded()}}});
     HttpClient client({.caBundle = path(u"ca.pem"_s)});
     QCOMPARE(outcome(send(client, get(server.url(), "Basic c2VjcmV0"))), u"200"_s);
     QCOMPARE(plain.requests.size(), 1);

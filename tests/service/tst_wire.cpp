@@ -75,8 +75,8 @@ void WireTest::badShrinkAnswer_namesTheMember_data()
     QTest::newRow("no input") << QByteArray(R"({"output":{}})") << lacks(u"input"_s);
     QTest::newRow("input is no object")
         << QByteArray(R"({"input":3})") << isNot(u"input"_s, u"an object"_s);
-    QTest::newRow("no input size") << QByteArray(R"({"input":{"type":"t"}})")
-                                   << lacks(u"input.size"_s);
+    QTest::newRow("no input size")
+        << QByteArray(R"({"input":{"type":"t"}})") << lacks(u"input.size"_s);
     QTest::newRow("input size with fraction") << QByteArray(R"({"input":{"size":1.5,"type":"t"}})")
                                               << isNot(u"input.size"_s, u"a whole number"_s);
     QTest::newRow("input size beyond 64 bits")
@@ -86,10 +86,10 @@ void WireTest::badShrinkAnswer_namesTheMember_data()
                                         << isNot(u"input.size"_s, u"a whole number"_s);
     QTest::newRow("input size null") << QByteArray(R"({"input":{"size":null,"type":"t"}})")
                                      << isNot(u"input.size"_s, u"a whole number"_s);
-    QTest::newRow("no input type") << QByteArray(R"({"input":{"size":1}})")
-                                   << lacks(u"input.type"_s);
-    QTest::newRow("input type as number") << QByteArray(R"({"input":{"size":1,"type":2}})")
-                                          << isNot(u"input.type"_s, u"a text"_s);
+    QTest::newRow("no input type")
+        << QByteArray(R"({"input":{"size":1}})") << lacks(u"input.type"_s);
+    QTest::newRow("input type as number")
+        << QByteArray(R"({"input":{"size":1,"type":2}})") << isNot(u"input.type"_s, u"a text"_s);
     QTest::newRow("no output") << QByteArray(R"({"input":{"size":1,"type":"t"}})")
                                << lacks(u"output"_s);
     QTest::newRow("output is no object")
@@ -97,19 +97,19 @@ void WireTest::badShrinkAnswer_namesTheMember_data()
         << isNot(u"output"_s, u"an object"_s);
     QTest::newRow("no output size") << output("") << lacks(u"output.size"_s);
     QTest::newRow("no output type") << output(R"("size":1)") << lacks(u"output.type"_s);
-    QTest::newRow("no output width") << output(R"("size":1,"type":"t")")
-                                     << lacks(u"output.width"_s);
+    QTest::newRow("no output width")
+        << output(R"("size":1,"type":"t")") << lacks(u"output.width"_s);
     QTest::newRow("output width true") << output(R"("size":1,"type":"t","width":true)")
                                        << isNot(u"output.width"_s, u"a whole number"_s);
-    QTest::newRow("no output height") << output(R"("size":1,"type":"t","width":1)")
-                                      << lacks(u"output.height"_s);
-    QTest::newRow("no output ratio") << output(R"("size":1,"type":"t","width":1,"height":1)")
-                                     << lacks(u"output.ratio"_s);
+    QTest::newRow("no output height")
+        << output(R"("size":1,"type":"t","width":1)") << lacks(u"output.height"_s);
+    QTest::newRow("no output ratio")
+        << output(R"("size":1,"type":"t","width":1,"height":1)") << lacks(u"output.ratio"_s);
     QTest::newRow("output ratio as text")
         << output(R"("size":1,"type":"t","width":1,"height":1,"ratio":"0.3")")
         << isNot(u"output.ratio"_s, u"a number"_s);
-    QTest::newRow("other letter case") << QByteArray(R"({"Input":{},"output":{}})")
-                                       << lacks(u"input"_s);
+    QTest::newRow("other letter case")
+        << QByteArray(R"({"Input":{},"output":{}})") << lacks(u"input"_s);
     QTest::newRow("first fault counts") << output(R"("type":1)") << lacks(u"output.size"_s);
 }
 
