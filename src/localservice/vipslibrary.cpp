@@ -18,6 +18,8 @@ void onEval(VipsImage *image, VipsProgress *, void *data)
         vips_image_set_kill(image, TRUE);
 }
 
+void ignoreMessage(const char *, GLogLevelFlags, const char *, void *) {}
+
 } // namespace
 
 void startVips()
@@ -26,6 +28,8 @@ void startVips()
     std::call_once(once, [] {
         if (VIPS_INIT("pixpress") != 0)
             qFatal("libvips does not start: %s", vips_error_buffer());
+        // Such as that a colour description was ignored: nothing that a person could act on.
+        g_log_set_handler("VIPS", G_LOG_LEVEL_WARNING, ignoreMessage, nullptr);
         // No picture comes twice: a cache of operations would only hold their pixels.
         vips_cache_set_max(0);
         vips_operation_block_set("VipsForeignLoad", TRUE);

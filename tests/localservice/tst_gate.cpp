@@ -1,0 +1,82 @@
+// SPDX-FileCopyrightText: 2026 The Pixpress authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#include "localservice/gate.h"
+
+#include <QTest>
+
+#include <future>
+
+using namespace pixpress;
+
+class TestGate : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void amountsUpToTheBound_passTogether();
+    void passes_areCounted();
+    void tooLargeAnAmount_passesAlone();
+    void closing_endsTheWait();
+};
+
+namespace {
+
+std::future<bool> entering(Gate &gate, qint64 amount)
+{
+    return std::async(std::launch::async,
+                      [&gate, amount] { return gate.enter(amount).has_value(); });
+}
+
+bool isWaiting(const std::future<bool> &entered)
+{
+    return entered.wait_for(std::chrono::milliseconds(50)) == std::future_status::timeout;
+}
+
+} // namespace
+
+void TestGate::amountsUpToTheBound_passTogether()
+{
+    Gate gate(10, 100);
+    auto first = gate.enter(6);
+    const auto second = gate.enter(4);
+    auto third = entering(gate, 5);
+    QVERIFY(isWaiting(third));
+    first.reset();
+    QVERIFY(third.get());
+}
+
+void TestGate::passes_areCounted()
+{
+    Gate gate(100, 2);
+    auto first = gate.enter(1);
+    const auto second = gate.enter(1);
+    auto third = entering(gate, 1);
+    QVERIFY(isWaiting(third));
+    first.reset();
+    QVERIFY(third.get());
+}
+
+void TestGate::tooLargeAnAmount_passesAlone()
+{
+    Gate gate(10, 100);
+    auto small = gate.enter(1);
+    auto large = entering(gate, 50);
+    QVERIFY(isWaiting(large));
+    small.reset();
+    QVERIFY(large.get());
+}
+
+void TestGate::closing_endsTheWait()
+{
+    Gate gate(10, 1);
+    const auto held = gate.enter(1);
+    auto waiting = entering(gate, 1);
+    QVERIFY(isWaiting(waiting));
+    gate.close();
+    QVERIFY(!waiting.get());
+    QVERIFY(!gate.enter(1));
+}
+
+QTEST_GUILESS_MAIN(TestGate)
+#include "tst_gate.moc"
