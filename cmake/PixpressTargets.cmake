@@ -31,5 +31,6 @@ function(pixpress_test topic)
     target_link_libraries(${target} PRIVATE Qt6::Test pixpress_test_support ${ARGN})
     add_test(NAME ${folder}/${topic} COMMAND ${target})
     set_tests_properties(${folder}/${topic} PROPERTIES TIMEOUT 300
-        ENVIRONMENT "QT_QPA_PLATFORM=offscreen;LC_ALL=C.UTF-8")
+        ENVIRONMENT
+        "LC_ALL=C.UTF-8;TSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/tools/tsan.supp:die_after_fork=0")
 endfunction()

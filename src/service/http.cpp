@@ -61,7 +61,8 @@ public:
     {
         {
             const std::lock_guard lock(m_mutex);
-            m_new.push_back(std::make_unique<Transfer>(id, std::move(request), m_limits));
+            m_new.push_back(
+                std::make_unique<Transfer>(id, std::move(request), m_limits, m_sockets));
         }
         curl_multi_wakeup(m_multi);
     }
@@ -161,6 +162,7 @@ private:
 
     HttpClient &m_client;
     const HttpLimits m_limits;
+    OpenSockets m_sockets;
     CURLM *const m_multi;
     std::vector<std::unique_ptr<Transfer>> m_transfers; // the worker thread's alone
 

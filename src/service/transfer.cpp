@@ -82,8 +82,12 @@ TransportError refusedAddress()
             u"The server named an address that is not secure, so nothing was sent there."_s};
 }
 
-Transfer::Transfer(quint64 id, HttpRequest request, const HttpLimits &limits)
-    : m_id(id), m_limits(limits), m_request(std::move(request)), m_easy(curl_easy_init())
+Transfer::Transfer(quint64 id, HttpRequest request, const HttpLimits &limits, OpenSockets &sockets)
+    : m_id(id),
+      m_limits(limits),
+      m_sockets(sockets),
+      m_request(std::move(request)),
+      m_easy(curl_easy_init())
 {
     prepare();
 }
@@ -111,6 +115,7 @@ void Transfer::prepare()
         set(CURLOPT_PROXY, ""); // this machine is not reached through a proxy
     if (!m_limits.caBundle.isEmpty())
         set(CURLOPT_CAINFO, m_limits.caBundle.toUtf8().constData());
+    m_sockets.watch(easy);
     set(CURLOPT_NOSIGNAL, 1L);
     set(CURLOPT_QUICK_EXIT, 1L); // do not wait for a name server when the program ends
     set(CURLOPT_TCP_NODELAY, 1L);
@@ -192,10 +197,8 @@ void Transfer::readHeaders()
 
 bool Transfer::answerIsWaiting() const
 {
-    curl_socket_t socket = CURL_SOCKET_BAD;
     char byte = 0;
-    return curl_easy_getinfo(handle(), CURLINFO_ACTIVESOCKET, &socket) == CURLE_OK &&
-           socket != CURL_SOCKET_BAD && recv(socket, &byte, 1, MSG_PEEK | MSG_DONTWAIT) > 0;
+    return m_socket != CURL_SOCKET_BAD && recv(m_socket, &byte, 1, MSG_PEEK | MSG_DONTWAIT) > 0;
 }
 
 void Transfer::resume()
@@ -255,11 +258,13 @@ size_t Transfer::receiveBody(char *data, size_t size, size_t count, void *self)
     return static_cast<size_t>(length);
 }
 
+/// Called when a connection for the request is there.
 /// libcurl repeats a request when the kept-alive connection it chose turns out dead. The server may
 /// have received the first one, so that for an upload this would be a second compression.
-int Transfer::beforeRequest(void *self, char *, char *, int, int)
+int Transfer::beforeRequest(void *self, char *, char *, int, int localPort)
 {
     auto &transfer = *static_cast<Transfer *>(self);
+    transfer.m_socket = transfer.m_sockets.find(localPort);
     const bool again = ++transfer.m_attempts > 1;
     return again && transfer.m_request.body ? CURL_PREREQFUNC_ABORT : CURL_PREREQFUNC_OK;
 }

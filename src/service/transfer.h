@@ -4,6 +4,7 @@
 #pragma once
 
 #include "service/http.h"
+#include "service/opensockets.h"
 
 #include <curl/curl.h>
 
@@ -23,7 +24,8 @@ class Transfer
 public:
     using Clock = std::chrono::steady_clock;
 
-    Transfer(quint64 id, HttpRequest request, const HttpLimits &limits);
+    /// `sockets` outlive the transfer.
+    Transfer(quint64 id, HttpRequest request, const HttpLimits &limits, OpenSockets &sockets);
     Transfer(const Transfer &) = delete;
     Transfer &operator=(const Transfer &) = delete;
 
@@ -63,11 +65,13 @@ private:
 
     const quint64 m_id;
     const HttpLimits m_limits;
+    OpenSockets &m_sockets;
     HttpRequest m_request;
     HttpResponse m_response;
 
     std::unique_ptr<curl_slist, Cleanup<curl_slist_free_all>> m_headers;
     std::unique_ptr<CURL, Cleanup<curl_easy_cleanup>> m_easy; // before what it uses goes
+    curl_socket_t m_socket = CURL_SOCKET_BAD;
     qsizetype m_sent = 0;
     bool m_paused = false;
     bool m_headIsComplete = false;
