@@ -1,0 +1,328 @@
+// SPDX-FileCopyrightText: 2026 The Pixpress authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#include "pipeline/files.h"
+
+#include "support/child.h"
+#include "support/faults/faults.h"
+
+#include <QDir>
+#include <QFile>
+#include <QProcess>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <cerrno>
+#include <dlfcn.h>
+#include <memory>
+#include <optional>
+
+using namespace pixpress;
+using namespace Qt::StringLiterals;
+namespace faults = pixpress::test::faults;
+using faults::Call;
+using faults::How;
+
+/// Whatever call on the disk fails, and whenever: a picture that was there is there as before, and
+/// of one that was not there is no trace.
+class DiskFaultsTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init();
+    void cleanup() { faults::disarm(); }
+
+    void everyCall_isMet_data();
+    void everyCall_isMet();
+    void failingWrite_costsNoPicture_data();
+    void failingWrite_costsNoPicture();
+    void failingRead_givesNoPartOfAPicture_data();
+    void failingRead_givesNoPartOfAPicture();
+    void outOfRoom_costsNoPicture_data();
+    void outOfRoom_costsNoPicture();
+    void unrestoredPicture_isTold();
+    void fault_reachesAProgramThatPreloadsIt();
+    void fault_leavesOtherFoldersAlone();
+
+private:
+    /// The content of every file in the folder, by name; "link" for a symbolic link.
+    QMap<QString, QByteArray> contents() const;
+    void put(const QString &name, const QByteArray &content);
+    QUrl url(const QString &name) const { return QUrl::fromLocalFile(m_folder->filePath(name)); }
+    void arm(const faults::Fault &fault) { faults::arm(fault, qPrintable(m_folder->path())); }
+
+    std::unique_ptr<QTemporaryDir> m_folder;
+};
+
+namespace {
+
+enum class Target { missing, link, file };
+
+/// What is written over what.
+struct Scenario
+{
+    const char *name;
+    Target target;
+    qsizetype before;
+    qsizetype after;
+};
+
+constexpr Scenario scenarios[] = {
+    {"new", Target::missing, 0, 100'001},
+    {"new and empty", Target::missing, 0, 0},
+    {"new through a link", Target::link, 0, 100'001},
+    {"growing", Target::file, 50'003, 100'001},
+    {"shrinking", Target::file, 100'001, 50'003},
+    {"same size", Target::file, 70'000, 70'000},
+    {"from nothing", Target::file, 0, 100'001},
+    {"to nothing", Target::file, 100'001, 0},
+};
+
+QByteArray bytes(qsizetype size, char first)
+{
+    QByteArray result(size, Qt::Uninitialized);
+    for (qsizetype i = 0; i < size; ++i)
+        result[i] = static_cast<char>(first + i % 61);
+    return result;
+}
+
+QString sentence(const auto &result)
+{
+    return result ? u"no error"_s : result.error();
+}
+
+const QString notRestored = u"could not be put back"_s;
+
+} // namespace
+
+void DiskFaultsTest::init()
+{
+    m_folder = std::make_unique<QTemporaryDir>();
+    QVERIFY(m_folder->isValid());
+}
+
+QMap<QString, QByteArray> DiskFaultsTest::contents() const
+{
+    QMap<QString, QByteArray> result;
+    const auto everything = QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot;
+    for (const QFileInfo &info : QDir(m_folder->path()).entryInfoList(everything)) {
+        QFile file(info.filePath());
+        result[info.fileName()] = info.isSymLink()                 ? QByteArray("link")
+                                  : file.open(QIODevice::ReadOnly) ? file.readAll()
+                                                                   : QByteArray("closed");
+    }
+    return result;
+}
+
+void DiskFaultsTest::put(const QString &name, const QByteArray &content)
+{
+    QFile file(m_folder->filePath(name));
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    QCOMPARE(file.write(content), content.size());
+}
+
+void DiskFaultsTest::everyCall_isMet_data()
+{
+    QTest::addColumn<bool>("existing");
+    QTest::addColumn<Call>("call");
+    for (const Call call : faults::allCalls)
+        QTest::addRow("existing, %s", faults::name(call)) << true << call;
+    for (const Call call : {Call::write, Call::close})
+        QTest::addRow("new, %s", faults::name(call)) << false << call;
+}
+
+// Guards the tests below, which take a call that is never met as a success.
+void DiskFaultsTest::everyCall_isMet()
+{
+    QFETCH(const bool, existing);
+    QFETCH(const Call, call);
+    if (existing)
+        put(u"a.png"_s, bytes(100, 'o'));
+    arm({.call = call, .nth = 1, .error = EIO});
+    (void)writeFile(url(u"a.png"_s), bytes(200, 'n'));
+    QCOMPARE(faults::disarm(), 1);
+}
+
+void DiskFaultsTest::failingWrite_costsNoPicture_data()
+{
+    QTest::addColumn<const Scenario *>("scenario");
+    QTest::addColumn<Call>("call");
+    QTest::addColumn<How>("how");
+    QTest::addColumn<int>("error");
+    for (const Scenario &scenario : scenarios) {
+        for (const Call call : faults::allCalls) {
+            for (const How how : faults::allWays)
+                QTest::addRow("%s, %s %s", scenario.name, faults::name(call), faults::name(how))
+                    << &scenario << call << how << (call == Call::fsync ? EIO : ENOSPC);
+            if (call != Call::close) // Qt closes again then, whatever now has that number
+                QTest::addRow("%s, %s interrupted", scenario.name, faults::name(call))
+                    << &scenario << call << How::once << EINTR;
+        }
+    }
+}
+
+void DiskFaultsTest::failingWrite_costsNoPicture()
+{
+    QFETCH(const Scenario *const, scenario);
+    QFETCH(const Call, call);
+    QFETCH(const How, how);
+    QFETCH(const int, error);
+    const QByteArray old = bytes(scenario->before, 'o');
+    const QByteArray fresh = bytes(scenario->after, 'A');
+    const bool lasting = how == How::always || how == How::dying;
+
+    for (int nth = 1, met = 1; met > 0; ++nth) {
+        QVERIFY(nth < 100);
+        init();
+        QMap<QString, QByteArray> before;
+        switch (scenario->target) {
+        case Target::missing: break;
+        case Target::link:
+            QVERIFY(QFile::link(u"real.png"_s, m_folder->filePath(u"a.png"_s)));
+            before[u"a.png"_s] = "link";
+            break;
+        case Target::file:
+            put(u"a.png"_s, old);
+            before[u"a.png"_s] = old;
+            break;
+        }
+        QMap<QString, QByteArray> after = before;
+        after[scenario->target == Target::link ? u"real.png"_s : u"a.png"_s] = fresh;
+
+        arm({.call = call, .nth = nth, .error = error, .how = how});
+        const auto written = writeFile(url(u"a.png"_s), fresh);
+        met = faults::disarm();
+
+        const QByteArray context =
+            "call " + QByteArray::number(nth) + ": " + sentence(written).toUtf8();
+        if (written) {
+            QVERIFY2(contents() == after, context.constData());
+            continue;
+        }
+        QVERIFY2(met > 0, context.constData());
+        QVERIFY2(written.error().startsWith(u"Could not write \""_s) &&
+                     written.error().contains(u".png\": "_s),
+                 context.constData());
+        // What is broken for good cannot be mended, but that is said.
+        if (lasting && written.error().contains(notRestored) &&
+            (call == Call::write || call == Call::ftruncate))
+            continue;
+        QVERIFY2(contents() == before, context.constData());
+        QVERIFY2(lasting || !written.error().contains(notRestored), context.constData());
+        if (call != Call::read)
+            QVERIFY2(written.error().contains(qt_error_string(error)), context.constData());
+    }
+}
+
+void DiskFaultsTest::failingRead_givesNoPartOfAPicture_data()
+{
+    QTest::addColumn<qsizetype>("size");
+    QTest::addColumn<How>("how");
+    QTest::addColumn<int>("error");
+    for (const qsizetype size : {1, 100, 100'001}) {
+        for (const How how : faults::allWays)
+            QTest::addRow("%d bytes, %s", int(size), faults::name(how)) << size << how << EIO;
+        QTest::addRow("%d bytes, interrupted", int(size)) << size << How::once << EINTR;
+    }
+}
+
+void DiskFaultsTest::failingRead_givesNoPartOfAPicture()
+{
+    QFETCH(const qsizetype, size);
+    QFETCH(const How, how);
+    QFETCH(const int, error);
+    const QByteArray content = bytes(size, 'o');
+    put(u"a.png"_s, content);
+    for (int nth = 1, met = 1; met > 0; ++nth) {
+        QVERIFY(nth < 100);
+        arm({.call = Call::read, .nth = nth, .error = error, .how = how});
+        const auto read = readFile(url(u"a.png"_s));
+        met = faults::disarm();
+        QVERIFY(nth > 1 || met > 0);
+        const QByteArray context =
+            "call " + QByteArray::number(nth) + ": " +
+            (read ? QByteArray::number(read->size()) + " bytes" : read.error().toUtf8());
+        if (read) {
+            QVERIFY2(*read == content, context.constData());
+            continue;
+        }
+        QVERIFY2(read.error().contains(u"\"a.png\""_s), context.constData());
+        QVERIFY2(read.error().contains(qt_error_string(error)), context.constData());
+    }
+}
+
+void DiskFaultsTest::outOfRoom_costsNoPicture_data()
+{
+    QTest::addColumn<qsizetype>("before");
+    QTest::addColumn<qsizetype>("after");
+    const auto row = [](const char *name, qsizetype before, qsizetype after) {
+        QTest::newRow(name) << before << after;
+    };
+    row("new", -1, 100'000);
+    row("growing", 10'000, 100'000);
+    row("from nothing", 0, 100'000);
+    row("growing beyond, from beyond", 90'000, 100'000);
+}
+
+void DiskFaultsTest::outOfRoom_costsNoPicture()
+{
+    QFETCH(const qsizetype, before);
+    QFETCH(const qsizetype, after);
+    if (before >= 0)
+        put(u"a.png"_s, bytes(before, 'o'));
+    const auto old = contents();
+    const auto result = test::inChild([&] {
+        const rlimit limit{50'000, 50'000};
+        std::signal(SIGXFSZ, SIG_IGN);
+        setrlimit(RLIMIT_FSIZE, &limit);
+        return sentence(writeFile(url(u"a.png"_s), bytes(after, 'A')));
+    });
+    QVERIFY(contents() == old);
+    QCOMPARE(result.answer, u"Could not write \"a.png\": %1."_s.arg(qt_error_string(EFBIG)));
+}
+
+void DiskFaultsTest::unrestoredPicture_isTold()
+{
+    put(u"a.png"_s, bytes(100, 'o'));
+    arm({.call = Call::write, .nth = 1, .error = EIO, .how = How::dying});
+    const auto written = writeFile(url(u"a.png"_s), bytes(100, 'A'));
+    faults::disarm();
+    QVERIFY(!written);
+    QVERIFY2(written.error().contains(notRestored), qPrintable(written.error()));
+    QVERIFY2(written.error().contains(u"\"a.png\""_s), qPrintable(written.error()));
+    QVERIFY(contents()[u"a.png"_s] != bytes(100, 'o')); // it is so
+}
+
+void DiskFaultsTest::fault_reachesAProgramThatPreloadsIt()
+{
+    Dl_info library{};
+    const auto arm = &faults::arm;
+    QVERIFY(dladdr(reinterpret_cast<const void *>(arm), &library) != 0);
+    put(u"in"_s, "content");
+
+    QProcess copying;
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert(u"LD_PRELOAD"_s, QString::fromLocal8Bit(library.dli_fname));
+    environment.insert(u"PIXPRESS_FAULT"_s,
+                       u"write 1 %1 once %2"_s.arg(ENOSPC).arg(m_folder->path()));
+    copying.setProcessEnvironment(environment);
+    copying.start(
+        u"dd"_s, {u"if="_s + m_folder->filePath(u"in"_s), u"of="_s + m_folder->filePath(u"out"_s)});
+    QVERIFY(copying.waitForFinished());
+    QVERIFY(copying.exitStatus() == QProcess::NormalExit && copying.exitCode() != 0);
+    QVERIFY(copying.readAllStandardError().contains("No space left on device"));
+}
+
+void DiskFaultsTest::fault_leavesOtherFoldersAlone()
+{
+    QVERIFY(QDir(m_folder->path()).mkdir(u"one"_s) && QDir(m_folder->path()).mkdir(u"one more"_s));
+    faults::arm({.call = Call::write, .nth = 1, .error = EIO, .how = How::always},
+                qPrintable(m_folder->filePath(u"one"_s)));
+    QCOMPARE(sentence(writeFile(url(u"one more/a.png"_s), "content")), u"no error"_s);
+    QVERIFY(!writeFile(url(u"one/a.png"_s), "content"));
+    QCOMPARE(faults::disarm(), 1);
+}
+
+QTEST_GUILESS_MAIN(DiskFaultsTest)
+#include "tst_diskfaults.moc"
