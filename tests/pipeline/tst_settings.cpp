@@ -3,7 +3,6 @@
 
 #include "pipeline/settings.h"
 
-#include "support/child.h"
 #include "support/faults/faults.h"
 
 #include <QDir>
@@ -24,6 +23,7 @@ class SettingsTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
+    void initTestCase();
     void init();
     void cleanup();
 
@@ -53,13 +53,19 @@ private Q_SLOTS:
     void transientSettings_endWithTheirObject();
 
 private:
+    /// The file of an application's settings, whatever its format.
     QString path(const QString &application = u"Pixpress"_s) const
     {
-        return m_folder->filePath(u"user/Pixpress/%1.conf"_s.arg(application));
+        return m_folder->filePath(u"user/Pixpress/%1.%2"_s.arg(application, m_suffix));
     }
+    /// An entry as a process would find it that starts now.
+    QVariant onDisk(const QString &key);
+    void storeKeyReadableByAll();
     void put(const QString &filePath, const QByteArray &content, QFile::Permissions permissions);
 
     std::unique_ptr<QTemporaryDir> m_folder;
+    QString m_suffix;
+    int m_copies = 0;
     mode_t m_umask = 0;
 };
 
@@ -76,6 +82,18 @@ static QByteArray content(const QString &filePath)
 {
     QFile file(filePath);
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+void SettingsTest::initTestCase()
+{
+    init();
+    UserSettings().setValue(u"a"_s, 1);
+    cleanup();
+    const QDir folder(m_folder->filePath(u"user/Pixpress"_s));
+    const QFileInfoList files = folder.entryInfoList(QDir::Files | QDir::Hidden);
+    QCOMPARE(files.size(), 1);
+    QCOMPARE(files.first().completeBaseName(), u"Pixpress"_s);
+    m_suffix = files.first().suffix();
 }
 
 void SettingsTest::init()
@@ -96,6 +114,17 @@ void SettingsTest::cleanup()
     faults::observe(nullptr);
 }
 
+QVariant SettingsTest::onDisk(const QString &key)
+{
+    // Under another name, since QSettings remembers the files that it has read.
+    const QString name = u"Copy %1"_s.arg(++m_copies);
+    if (!QFile::copy(path(), path(name)))
+        return u"no copy"_s;
+    const QVariant value = UserSettings(name).value(key);
+    QFile::remove(path(name));
+    return value;
+}
+
 void SettingsTest::put(const QString &filePath, const QByteArray &content,
                        QFile::Permissions permissions)
 {
@@ -104,6 +133,13 @@ void SettingsTest::put(const QString &filePath, const QByteArray &content,
     QVERIFY(file.open(QIODevice::WriteOnly));
     QCOMPARE(file.write(content), content.size());
     QVERIFY(file.setPermissions(permissions));
+}
+
+void SettingsTest::storeKeyReadableByAll()
+{
+    UserSettings settings;
+    KeychainHelper::saveAPIKey(settings, u"secret"_s);
+    QVERIFY(QFile::setPermissions(path(), readableByAll));
 }
 
 void SettingsTest::missingEntry_isInvalid()
@@ -122,12 +158,13 @@ void SettingsTest::value_isOnTheDiskOnReturn()
 {
     UserSettings settings;
     settings.setValue(u"pixpress_quota_month"_s, u"2026-11"_s);
-    QCOMPARE(content(path()), "[General]\npixpress_quota_month=2026-11\n");
+    QVERIFY(content(path()).contains("2026-11"));
+    QCOMPARE(onDisk(u"pixpress_quota_month"_s).toString(), u"2026-11"_s);
     settings.setValue(u"pixpress_quota_count"_s, qint64(480));
-    QCOMPARE(content(path()),
-             "[General]\npixpress_quota_count=480\npixpress_quota_month=2026-11\n");
-    QCOMPARE(UserSettings().value(u"pixpress_quota_count"_s).toLongLong(), 480);
+    QCOMPARE(onDisk(u"pixpress_quota_month"_s).toString(), u"2026-11"_s);
+    QCOMPARE(onDisk(u"pixpress_quota_count"_s).toLongLong(), 480);
     QCOMPARE(settings.value(u"pixpress_quota_count"_s).toLongLong(), 480);
+    QCOMPARE(UserSettings().value(u"pixpress_quota_count"_s).toLongLong(), 480);
 }
 
 void SettingsTest::value_isReplaced()
@@ -155,7 +192,7 @@ void SettingsTest::integers_keepTheirValue()
     UserSettings settings;
     settings.setValue(u"count"_s, value);
     bool ok = false;
-    QCOMPARE(UserSettings().value(u"count"_s).toLongLong(&ok), value);
+    QCOMPARE(onDisk(u"count"_s).toLongLong(&ok), value);
     QVERIFY(ok);
 }
 
@@ -210,14 +247,8 @@ void SettingsTest::key_isKeptUnchanged()
     UserSettings settings;
     KeychainHelper::saveAPIKey(settings, key);
     QCOMPARE(KeychainHelper::loadAPIKey(settings), key);
-    // A later process reads what is in the file; one in the same process would share the cache.
-    const auto result = test::inChild(
-        [] { return KeychainHelper::loadAPIKey(UserSettings()).value_or(u"none"_s); });
-    QCOMPARE(result.answer, key);
-    // With the cache of this process out of the way too:
-    const QString copy = path(u"Copy"_s);
-    QVERIFY(QFile::copy(path(), copy));
-    QCOMPARE(KeychainHelper::loadAPIKey(UserSettings(u"Copy"_s)), key);
+    QCOMPARE(KeychainHelper::loadAPIKey(UserSettings()), key);
+    QCOMPARE(onDisk(u"pixpress_api_key"_s).toString(), key);
 
     TransientSettings transient;
     KeychainHelper::saveAPIKey(transient, key);
@@ -245,16 +276,20 @@ void SettingsTest::applications_keepApart()
     KeychainHelper::saveAPIKey(offline, u"made up"_s);
     QCOMPARE(KeychainHelper::loadAPIKey(UserSettings()), u"real"_s);
     QCOMPARE(KeychainHelper::loadAPIKey(UserSettings(u"Pixpress Offline"_s)), u"made up"_s);
-    QCOMPARE(QDir(m_folder->filePath(u"user/Pixpress"_s)).entryList({u"*.conf"_s}),
-             (QStringList{u"Pixpress Offline.conf"_s, u"Pixpress.conf"_s}));
+    QCOMPARE(QDir(m_folder->filePath(u"user/Pixpress"_s)).entryList(QDir::Files),
+             (QStringList{QFileInfo(path(u"Pixpress Offline"_s)).fileName(),
+                          QFileInfo(path()).fileName()}));
 }
 
 void SettingsTest::settingsOfOthers_areNotRead()
 {
-    const QByteArray other = "[General]\npixpress_api_key=other\n";
-    put(m_folder->filePath(u"user/Pixpress.conf"_s), other, readableByAll);
-    put(m_folder->filePath(u"system/Pixpress.conf"_s), other, readableByAll);
-    put(m_folder->filePath(u"system/Pixpress/Pixpress.conf"_s), other, readableByAll);
+    UserSettings other(u"Other"_s);
+    KeychainHelper::saveAPIKey(other, u"other"_s);
+    const QByteArray stored = content(path(u"Other"_s));
+    QVERIFY(stored.contains("other"));
+    for (const QString &place :
+         {u"user/Pixpress."_s, u"system/Pixpress."_s, u"system/Pixpress/Pixpress."_s})
+        put(m_folder->filePath(place + m_suffix), stored, readableByAll);
     QVERIFY(!KeychainHelper::loadAPIKey(UserSettings()));
 }
 
@@ -269,7 +304,7 @@ void SettingsTest::newFile_isForItsOwnerOnly()
 
 void SettingsTest::existingFile_becomesOneForItsOwnerOnly()
 {
-    put(path(), "[General]\npixpress_api_key=secret\n", readableByAll);
+    storeKeyReadableByAll();
     UserSettings settings;
     QCOMPARE(mode(path()), 0600);
     QCOMPARE(KeychainHelper::loadAPIKey(settings), u"secret"_s);
@@ -321,7 +356,7 @@ void SettingsTest::file_isNeverOpenToOthers()
 {
     QFETCH(const bool, existing);
     if (existing)
-        put(path(), "[General]\npixpress_api_key=secret\n", readableByAll);
+        storeKeyReadableByAll();
     g_looks = 0;
     g_leaks.clear();
 
@@ -337,17 +372,17 @@ void SettingsTest::file_isNeverOpenToOthers()
 
 void SettingsTest::linkedFile_isClosedToOthersAndStaysLinked()
 {
-    const QString target = m_folder->filePath(u"elsewhere/real.conf"_s);
-    put(target, "[General]\nother=1\n", readableByAll);
-    QVERIFY(QDir().mkpath(QFileInfo(path()).absolutePath()));
-    QVERIFY(QFile::link(target, path()));
+    const QString target = m_folder->filePath(u"real"_s);
+    storeKeyReadableByAll();
+    QVERIFY(QFile::rename(path(), target) && QFile::link(target, path()));
 
     UserSettings settings;
-    KeychainHelper::saveAPIKey(settings, u"secret"_s);
+    QCOMPARE(mode(target), 0600);
+    settings.setValue(u"other"_s, u"value"_s);
     QVERIFY(QFileInfo(path()).isSymLink());
     QCOMPARE(mode(target), 0600);
     QVERIFY(content(target).contains("secret"));
-    QVERIFY(content(target).contains("other=1"));
+    QVERIFY(content(target).contains("value"));
 }
 
 void SettingsTest::corruptFile_countsAsEmptyAndIsUsableAgain_data()
@@ -357,6 +392,7 @@ void SettingsTest::corruptFile_countsAsEmptyAndIsUsableAgain_data()
     QTest::newRow("zeros") << QByteArray(4096, '\0');
     QTest::newRow("bytes") << QByteArray("\xff\xfe\x80=\xc3\x28\n[\n\"", 12);
     QTest::newRow("cut off") << QByteArray("[General]\npixpress_quota_mon");
+    QTest::newRow("cut off JSON") << QByteArray("{\"pixpress_quota_month\": \"20");
 }
 
 void SettingsTest::corruptFile_countsAsEmptyAndIsUsableAgain()
@@ -366,8 +402,7 @@ void SettingsTest::corruptFile_countsAsEmptyAndIsUsableAgain()
     UserSettings settings;
     QVERIFY(!KeychainHelper::loadAPIKey(settings));
     KeychainHelper::saveAPIKey(settings, u"secret"_s);
-    QVERIFY(QFile::copy(path(), path(u"Copy"_s)));
-    QCOMPARE(KeychainHelper::loadAPIKey(UserSettings(u"Copy"_s)), u"secret"_s);
+    QCOMPARE(onDisk(u"pixpress_api_key"_s).toString(), u"secret"_s);
     QCOMPARE(mode(path()), 0600);
 }
 
@@ -400,8 +435,8 @@ void SettingsTest::failedWrite_keepsTheStoredKey()
 
     // With room again the next change brings everything.
     settings.setValue(u"pixpress_quota_month"_s, u"2026-11"_s);
-    QVERIFY(content(path()).contains("pixpress_quota_count=7"));
-    QVERIFY(content(path()).contains("pixpress_api_key=secret"));
+    QCOMPARE(onDisk(u"pixpress_quota_count"_s).toInt(), 7);
+    QCOMPARE(onDisk(u"pixpress_api_key"_s).toString(), u"secret"_s);
 }
 
 void SettingsTest::transientSettings_endWithTheirObject()
