@@ -42,12 +42,6 @@ QByteArray encodeJpeg(const VImage &image)
                                            ->set("interlace", true)));
 }
 
-QByteArray encodeWebp(const VImage &image)
-{
-    return taken(image.webpsave_buffer(saveOptions(image)->set("Q", 80)->set(
-        "effort", pixelsOf(image) > 30 * megapixels ? 2 : 4)));
-}
-
 /// The encoder's time grows faster than the gain of its slow settings is worth to somebody who
 /// waits for the answer.
 int avifEffort(qint64 pixels)
@@ -73,7 +67,7 @@ QByteArray encodePicture(const VImage &image, ImageFormat format, const std::ato
     switch (format) {
     case ImageFormat::png: return encodePng(image, stopped);
     case ImageFormat::jpeg: return encodeJpeg(image);
-    case ImageFormat::webp: return encodeWebp(image);
+    case ImageFormat::webp: return encodeWebp(image, stopped);
     case ImageFormat::avif: return encodeAvif(image);
     }
     Q_UNREACHABLE();

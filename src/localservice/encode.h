@@ -17,6 +17,7 @@ QByteArray encodePicture(const vips::VImage &image, ImageFormat format,
                          const std::atomic_bool &stopped);
 
 QByteArray encodePng(const vips::VImage &image, const std::atomic_bool &stopped);
+QByteArray encodeWebp(const vips::VImage &image, const std::atomic_bool &stopped);
 
 /// What the coefficients of a JPEG say, and the same coefficients written in less space.
 struct RepackedJpeg

@@ -3,14 +3,15 @@
 
 #include "localservice/encode.h"
 
-#include <array>
-#include <csetjmp>
-#include <cstdio>
-#include <cstdlib>
-#include <numeric>
+#include <cstdio> // jpeglib.h needs it and does not say so.
 
 #include <jerror.h>
 #include <jpeglib.h>
+
+#include <csetjmp>
+#include <cstdlib>
+#include <iterator>
+#include <numeric>
 
 namespace pixpress {
 

@@ -5,13 +5,13 @@
 
 #include "localservice/metadata.h"
 
+#include <libimagequant.h>
+#include <png.h>
+
 #include <array>
 #include <csetjmp>
 #include <memory>
 #include <vector>
-
-#include <libimagequant.h>
-#include <png.h>
 
 namespace pixpress {
 
@@ -139,6 +139,10 @@ bool PngWriter::write(const Raster &raster, const std::atomic_bool &stopped)
         return false;
     png_set_write_fn(png, this, append, nullptr);
     png_set_compression_level(png, isLarge ? 6 : 9);
+    // Measured: short blocks suit flat graphics, longer ones the noise of dithering.
+    const bool isFlat = raster.palette && raster.palette->count < 256;
+    png_set_compression_mem_level(png, isFlat ? 5 : 7);
+    png_set_compression_buffer_size(png, 1 << 20); // Of one chunk, each with its own overhead.
     png_set_filter(png, PNG_FILTER_TYPE_BASE, raster.palette ? PNG_FILTER_NONE : PNG_ALL_FILTERS);
     png_set_IHDR(png, info, static_cast<png_uint_32>(raster.width),
                  static_cast<png_uint_32>(raster.height), raster.bitDepth, raster.colourType,
