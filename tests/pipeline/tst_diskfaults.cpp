@@ -33,8 +33,8 @@ private Q_SLOTS:
     void init();
     void cleanup() { faults::disarm(); }
 
-    void everyCall_isMet_data();
-    void everyCall_isMet();
+    void everyFailure_isNoticed_data();
+    void everyFailure_isNoticed();
     void failingWrite_costsNoPicture_data();
     void failingWrite_costsNoPicture();
     void failingRead_givesNoPartOfAPicture_data();
@@ -122,7 +122,7 @@ void DiskFaultsTest::put(const QString &name, const QByteArray &content)
     QCOMPARE(file.write(content), content.size());
 }
 
-void DiskFaultsTest::everyCall_isMet_data()
+void DiskFaultsTest::everyFailure_isNoticed_data()
 {
     QTest::addColumn<bool>("existing");
     QTest::addColumn<Call>("call");
@@ -133,15 +133,17 @@ void DiskFaultsTest::everyCall_isMet_data()
 }
 
 // Guards the tests below, which take a call that is never met as a success.
-void DiskFaultsTest::everyCall_isMet()
+void DiskFaultsTest::everyFailure_isNoticed()
 {
     QFETCH(const bool, existing);
     QFETCH(const Call, call);
     if (existing)
         put(u"a.png"_s, bytes(100, 'o'));
     arm({.call = call, .nth = 1, .error = EIO});
-    (void)writeFile(url(u"a.png"_s), bytes(200, 'n'));
+    const auto written = writeFile(url(u"a.png"_s), bytes(200, 'n'));
     QCOMPARE(faults::disarm(), 1);
+    // What was written over is safe on the disk before it is closed.
+    QCOMPARE(written.has_value(), existing && call == Call::close);
 }
 
 void DiskFaultsTest::failingWrite_costsNoPicture_data()
@@ -198,6 +200,9 @@ void DiskFaultsTest::failingWrite_costsNoPicture()
             "call " + QByteArray::number(nth) + ": " + sentence(written).toUtf8();
         if (written) {
             QVERIFY2(contents() == after, context.constData());
+            // Never without a copy of all of the old content.
+            if (met > 0 && lasting && call == Call::read && nth == 1)
+                QVERIFY2(old.isEmpty(), context.constData());
             continue;
         }
         QVERIFY2(met > 0, context.constData());

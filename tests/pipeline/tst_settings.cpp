@@ -390,7 +390,7 @@ void SettingsTest::corruptFile_countsAsEmptyAndIsUsableAgain_data()
     QTest::addColumn<QByteArray>("garbage");
     QTest::newRow("text") << QByteArray("no settings at all\n\n]]][[[=;");
     QTest::newRow("zeros") << QByteArray(4096, '\0');
-    QTest::newRow("bytes") << QByteArray("\xff\xfe\x80=\xc3\x28\n[\n\"", 12);
+    QTest::newRow("bytes") << QByteArray("\xff\xfe\x80=\xc3\x28\n[\n\"");
     QTest::newRow("cut off") << QByteArray("[General]\npixpress_quota_mon");
     QTest::newRow("cut off JSON") << QByteArray("{\"pixpress_quota_month\": \"20");
 }
