@@ -79,9 +79,22 @@ size_t writePiece(char *from, size_t size, size_t count, void *file)
     return static_cast<File *>(file)->write(from, size * count);
 }
 
-size_t append(char *from, size_t size, size_t count, void *bytes)
+/// An answer that is held in memory, of which libcurl tells the size before the first piece.
+struct Answer
 {
-    static_cast<QByteArray *>(bytes)->append(from, static_cast<qsizetype>(size * count));
+    CURL *easy = nullptr;
+    QByteArray bytes;
+};
+
+size_t append(char *from, size_t size, size_t count, void *to)
+{
+    auto &[easy, bytes] = *static_cast<Answer *>(to);
+    if (bytes.isEmpty()) {
+        curl_off_t length = 0;
+        curl_easy_getinfo(easy, CURLINFO_CONTENT_LENGTH_DOWNLOAD_T, &length);
+        bytes.reserve(length);
+    }
+    bytes.append(from, static_cast<qsizetype>(size * count));
     return size * count;
 }
 
@@ -125,7 +138,7 @@ public:
             set(CURLOPT_READFUNCTION, &readPiece);
             set(CURLOPT_READDATA, &input);
         }
-        QByteArray answer;
+        Answer answer{.easy = m_easy, .bytes = {}};
         perform(m_shrink, 201, &append, &answer);
         image = {};
 
@@ -144,8 +157,9 @@ private:
             perform(url, 200, &writePiece, &output);
             return;
         }
-        QByteArray bytes;
-        perform(url, 200, &append, &bytes);
+        Answer answer{.easy = m_easy, .bytes = {}};
+        perform(url, 200, &append, &answer);
+        const QByteArray &bytes = answer.bytes;
         File output(path, O_WRONLY | O_CREAT | O_EXCL);
         if (output.write(bytes.constData(), static_cast<size_t>(bytes.size())) !=
             static_cast<size_t>(bytes.size()))

@@ -6,8 +6,6 @@
 #include "queuerun.h"
 #include "support.h"
 
-#include <QFile>
-
 using namespace Qt::StringLiterals;
 
 namespace bench {
@@ -22,24 +20,24 @@ constexpr int rounds = 11;
 
 void measureSmall()
 {
-    const Workplace place(100'000'000);
+    Workplace place(500'000'000);
     const Server server;
     QList<QUrl> files;
     for (int i = 0; i < fileCount; ++i)
         files += place.makeFile(u"picture-%1.png"_s.arg(i), fileSize);
 
-    const auto removeOutputs = [&] {
+    const auto putOutputsAside = [&] {
         for (const QUrl &file : std::as_const(files))
-            QFile::remove(outputPath(file));
+            place.putAside(outputPath(file));
     };
     const auto ours = [&] {
         const double seconds = runQueue(server.url(), files);
-        removeOutputs();
+        putOutputsAside();
         return seconds;
     };
     const auto yardstick = [&] {
         const double seconds = runCurl(server.url(), files, Holding::whole);
-        removeOutputs();
+        putOutputsAside();
         return seconds;
     };
 

@@ -4,10 +4,12 @@
 #include "support.h"
 
 #include <QCoreApplication>
+#include <QDir>
 #include <QFile>
 #include <QStorageInfo>
 
 #include <algorithm>
+#include <cerrno>
 #include <cstdio>
 
 using namespace Qt::StringLiterals;
@@ -71,6 +73,17 @@ QUrl Workplace::makeFile(const QString &name, qint64 size) const
     if (!written || !file.flush())
         throw Failure(u"%1 cannot be written: %2"_s.arg(file.fileName(), file.errorString()));
     return QUrl::fromLocalFile(file.fileName());
+}
+
+void Workplace::putAside(const QString &path)
+{
+    constexpr int filesInFolder = 1000;
+    const QString folder = this->path(u"aside-%1"_s.arg(m_aside / filesInFolder));
+    if (m_aside++ % filesInFolder == 0)
+        QDir().mkdir(folder);
+    const QString target = u"%1/%2"_s.arg(folder).arg(m_aside);
+    if (std::rename(qPrintable(path), qPrintable(target)) != 0)
+        throw Failure(u"%1 cannot be moved: %2"_s.arg(path, qt_error_string(errno)));
 }
 
 Server::Server()

@@ -58,9 +58,13 @@ public:
     QString path(const QString &name) const { return m_folder.filePath(name); }
     /// Makes a file of bytes that do not repeat within any block of the file system.
     QUrl makeFile(const QString &name, qint64 size) const;
+    /// Frees the name of a file. To remove the file would make those slow that are made soon after:
+    /// ext4 passes over all that was removed within the last seconds to find a free place.
+    void putAside(const QString &path);
 
 private:
     QTemporaryDir m_folder;
+    int m_aside = 0;
 };
 
 /// The server, in a process of its own.
