@@ -46,9 +46,11 @@ QByteArray encodeJpeg(const VImage &image)
 /// waits for the answer.
 int avifEffort(qint64 pixels)
 {
-    if (pixels <= 8 * megapixels)
+    if (pixels <= 16 * megapixels)
         return 3;
-    return pixels <= 40 * megapixels ? 1 : 0;
+    if (pixels <= 40 * megapixels)
+        return 2;
+    return pixels <= 64 * megapixels ? 1 : 0;
 }
 
 QByteArray encodeAvif(const VImage &image)

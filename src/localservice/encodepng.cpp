@@ -138,7 +138,7 @@ bool PngWriter::write(const Raster &raster, const std::atomic_bool &stopped)
     if (!info || setjmp(png_jmpbuf(png)) != 0)
         return false;
     png_set_write_fn(png, this, append, nullptr);
-    png_set_compression_level(png, isLarge ? 6 : 9);
+    png_set_compression_level(png, isLarge ? 4 : 9);
     // Measured: short blocks suit flat graphics, longer ones the noise of dithering.
     const bool isFlat = raster.palette && raster.palette->count < 256;
     png_set_compression_mem_level(png, isFlat ? 5 : 7);
