@@ -58,7 +58,7 @@ std::expected<PictureInfo, CodecError> inspect(const QByteArray &original, qint6
 /// not carried over.
 ///
 /// `stopped` may be raised from another thread to end the work early, with CodecFault::stopped. All
-/// stages look at it except the AV1 encoder, which always finishes the frame it is at.
+/// stages look at it except the AV1 encoder and the last passes over a JPEG.
 std::expected<Encoded, CodecError> compress(const QByteArray &original,
                                             const RequestOptions &options, qint64 maxPixels,
                                             const std::atomic_bool &stopped);

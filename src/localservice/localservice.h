@@ -62,8 +62,9 @@ class LocalService
 public:
     explicit LocalService(LocalServiceConfig config);
 
-    /// Ends all connections and waits for the threads: for milliseconds, unless an AVIF is being
-    /// encoded at the moment, which cannot be interrupted.
+    /// Ends all connections and waits for the threads: for milliseconds, except when the AV1
+    /// encoder or the last passes of a JPEG are at work. Those cannot be interrupted and take
+    /// seconds on very large pictures.
     ~LocalService();
 
     LocalService(const LocalService &) = delete;
