@@ -45,7 +45,7 @@ Figures measure(const QString &kind, const Server &server, const QUrl &file)
 
 void measureLarge(const QStringList &names)
 {
-    const Workplace place(inputSize + outputSize + 200'000'000);
+    const Workplace place(Medium::disk, inputSize + outputSize + 200'000'000);
     const Server server;
     const QUrl file = place.makeFile(u"picture.png"_s, inputSize);
 

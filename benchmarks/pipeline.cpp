@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Pixpress authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// The benchmarks of the pipeline. Without arguments all of them; `--list` prints their names.
+// The benchmarks of the pipeline. Without arguments all of them, else the named ones.
 
 #include "pipeline.h"
 
@@ -9,40 +9,61 @@
 
 #include <QCoreApplication>
 
+#include <algorithm>
 #include <cstdio>
+#include <initializer_list>
 
 using namespace Qt::StringLiterals;
 
 namespace {
 
-const QStringList names = {u"pipeline-small"_s, u"pipeline-large"_s, u"pipeline-memory"_s,
-                           u"queue-growth"_s, u"queue-memory"_s};
+const QString small = u"pipeline-small"_s;
+const QString large = u"pipeline-large"_s;
+const QString memory = u"pipeline-memory"_s;
+const QString growth = u"queue-growth"_s;
+const QString waiting = u"queue-memory"_s;
 
-void run(const QStringList &arguments)
+void complain(const bench::Failure &failure)
+{
+    std::fprintf(stderr, "bench_pipeline: %s\n", failure.what());
+}
+
+/// Whether all went well.
+bool run(const QStringList &arguments)
 {
     const QString first = arguments.value(0);
-    if (first == "--list"_L1) {
-        std::printf("%s\n", qPrintable(names.join(u'\n')));
-        return;
+    if (first == "--large"_L1) {
+        bench::runLarge(arguments.sliced(1));
+        return true;
     }
-    if (first == "--large"_L1)
-        return bench::runLarge(arguments.sliced(1));
-    if (first == "--waiting"_L1)
-        return bench::runWaiting();
+    if (first == "--waiting"_L1) {
+        bench::runWaiting();
+        return true;
+    }
 
+    const QStringList names = {small, large, memory, growth, waiting};
     const QStringList wanted = arguments.isEmpty() ? names : arguments;
     for (const QString &name : wanted) {
         if (!names.contains(name))
             throw bench::Failure(u"There is no benchmark %1."_s.arg(name));
     }
-    if (wanted.contains("pipeline-small"_L1))
-        bench::measureSmall();
-    if (wanted.contains("pipeline-large"_L1) || wanted.contains("pipeline-memory"_L1))
-        bench::measureLarge(wanted);
-    if (wanted.contains("queue-growth"_L1))
-        bench::measureGrowth();
-    if (wanted.contains("queue-memory"_L1))
-        bench::measureWaiting();
+    const auto isWanted = [&](const QString &name) { return wanted.contains(name); };
+    bool complete = true;
+    const auto measure = [&](std::initializer_list<QString> rows, const auto &benchmark) {
+        if (std::ranges::none_of(rows, isWanted))
+            return;
+        try {
+            benchmark();
+        } catch (const bench::Failure &failure) {
+            complain(failure);
+            complete = false;
+        }
+    };
+    measure({small}, bench::measureSmall);
+    measure({large, memory}, [&] { bench::measureLarge(wanted); });
+    measure({growth}, bench::measureGrowth);
+    measure({waiting}, bench::measureWaiting);
+    return complete;
 }
 
 } // namespace
@@ -51,10 +72,9 @@ int main(int argc, char *argv[])
 {
     const QCoreApplication app(argc, argv);
     try {
-        run(app.arguments().sliced(1));
+        return run(app.arguments().sliced(1)) ? 0 : 1;
     } catch (const bench::Failure &failure) {
-        std::fprintf(stderr, "bench_pipeline: %s\n", failure.what());
+        complain(failure);
         return 1;
     }
-    return 0;
 }

@@ -9,12 +9,22 @@
 #include <QStorageInfo>
 
 #include <algorithm>
-#include <cerrno>
 #include <cstdio>
 
 using namespace Qt::StringLiterals;
 
 namespace bench {
+
+namespace {
+
+QString place(Medium medium, qint64 neededBytes)
+{
+    const QString memory = qEnvironmentVariable("PIXPRESS_BENCH_MEMORY"); // ./bench sets it
+    const bool fits = !memory.isEmpty() && QStorageInfo(memory).bytesAvailable() >= neededBytes;
+    return medium == Medium::memory && fits ? memory : QDir::tempPath();
+}
+
+} // namespace
 
 double Samples::median() const
 {
@@ -27,7 +37,7 @@ double Samples::median() const
 QString Samples::range() const
 {
     const auto [least, most] = std::ranges::minmax(m_values);
-    return u"%1 to %2"_s.arg(least, 0, 'g', 3).arg(most, 0, 'g', 3);
+    return u"%1 to %2"_s.arg(least, 0, 'g', 4).arg(most, 0, 'g', 4);
 }
 
 void print(const Row &row)
@@ -45,7 +55,8 @@ void note(const QString &text)
     std::fflush(stdout);
 }
 
-Workplace::Workplace(qint64 neededBytes)
+Workplace::Workplace(Medium medium, qint64 neededBytes)
+    : m_folder(place(medium, neededBytes) + u"/XXXXXX"_s)
 {
     if (!m_folder.isValid())
         throw Failure(u"No temporary folder can be made: "_s + m_folder.errorString());
@@ -73,17 +84,6 @@ QUrl Workplace::makeFile(const QString &name, qint64 size) const
     if (!written || !file.flush())
         throw Failure(u"%1 cannot be written: %2"_s.arg(file.fileName(), file.errorString()));
     return QUrl::fromLocalFile(file.fileName());
-}
-
-void Workplace::putAside(const QString &path)
-{
-    constexpr int filesInFolder = 1000;
-    const QString folder = this->path(u"aside-%1"_s.arg(m_aside / filesInFolder));
-    if (m_aside++ % filesInFolder == 0)
-        QDir().mkdir(folder);
-    const QString target = u"%1/%2"_s.arg(folder).arg(m_aside);
-    if (std::rename(qPrintable(path), qPrintable(target)) != 0)
-        throw Failure(u"%1 cannot be moved: %2"_s.arg(path, qt_error_string(errno)));
 }
 
 Server::Server()

@@ -48,23 +48,23 @@ void print(const Row &row);
 /// Something worth knowing about the rows, for people; on the standard output too.
 void note(const QString &text);
 
+/// Where files lie: on the disk, or in memory if the system has room there. There the file system
+/// takes little time, and always the same: a disk may be slow for minutes after files were removed.
+enum class Medium { disk, memory };
+
 /// A folder that is removed with what is in it.
 class Workplace
 {
 public:
-    /// Fails when the disk has less room than this many bytes.
-    explicit Workplace(qint64 neededBytes);
+    /// Fails when there is less room than this many bytes.
+    Workplace(Medium medium, qint64 neededBytes);
 
     QString path(const QString &name) const { return m_folder.filePath(name); }
     /// Makes a file of bytes that do not repeat within any block of the file system.
     QUrl makeFile(const QString &name, qint64 size) const;
-    /// Frees the name of a file. To remove the file would make those slow that are made soon after:
-    /// ext4 passes over all that was removed within the last seconds to find a free place.
-    void putAside(const QString &path);
 
 private:
     QTemporaryDir m_folder;
-    int m_aside = 0;
 };
 
 /// The server, in a process of its own.
