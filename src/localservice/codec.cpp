@@ -167,6 +167,11 @@ std::expected<Encoded, CodecError> encodeSmallest(const VImage &pixels, PixelSiz
     return smallest;
 }
 
+const QByteArray &smaller(const QByteArray &compressed, const QByteArray &original)
+{
+    return compressed.size() < original.size() ? compressed : original;
+}
+
 std::expected<Encoded, CodecError> work(const QByteArray &original, const RequestOptions &options,
                                         const Opened &opened, qint64 maxPixels,
                                         const std::atomic_bool &stopped)
@@ -178,14 +183,20 @@ std::expected<Encoded, CodecError> work(const QByteArray &original, const Reques
         return fault(CodecFault::unsupported,
                      u"An animated WebP image cannot be converted without losing its frames."_s);
 
-    RepackedJpeg repacked;
+    const bool keepsFormat = formats == QList{info.format};
     if (info.format == ImageFormat::jpeg) {
-        const QByteArray exif = exifBlock(withoutMetadata(opened.image, options.preserve));
-        repacked = repackJpeg(original, exif, stopped);
-        if (repacked.isDamaged)
+        const bool keepsPixels = keepsFormat && isPlain(opened.image) &&
+                                 (!options.resize || planResize(info.frame, *options.resize) ==
+                                                         ResizePlan{info.frame, info.frame});
+        const auto direct =
+            keepsPixels ? recompressJpeg(original,
+                                         exifBlock(withoutMetadata(opened.image, options.preserve)),
+                                         stopped)
+                        : RecompressedJpeg{isJpegDamaged(original, stopped), {}};
+        if (direct.isDamaged)
             return damaged();
-        if (!isPlain(opened.image))
-            repacked.bytes.clear();
+        if (!direct.bytes.isEmpty())
+            return Encoded{smaller(direct.bytes, original), info.format, info.frame};
     }
 
     VImage decoded;
@@ -202,22 +213,12 @@ std::expected<Encoded, CodecError> work(const QByteArray &original, const Reques
         return fault(CodecFault::badRequest,
                      u"\"resize\" asks for an image of more than %1 pixels."_s.arg(maxPixels));
     const bool keepsSize = plan == ResizePlan{source, source};
-    const bool keepsLook =
-        keepsSize && formats == QList{info.format} && !(options.background && decoded.has_alpha());
-    if (keepsLook && repacked.isCompressed && !repacked.bytes.isEmpty()) {
-        // Another lossy pass would cost quality for next to nothing.
-        const bool isSmaller = repacked.bytes.size() < original.size();
-        return Encoded{isSmaller ? repacked.bytes : original, info.format, source};
-    }
+    const bool keepsLook = keepsSize && keepsFormat && !(options.background && decoded.has_alpha());
     const VImage pixels =
         keepsSize ? decoded : resized(decoded, info, plan, options.resize->method);
     auto encoded = encodeSmallest(pixels, plan.result, options, formats, stopped);
-    if (encoded && keepsLook) {
-        if (!repacked.bytes.isEmpty() && repacked.bytes.size() < encoded->bytes.size())
-            encoded->bytes = repacked.bytes;
-        if (encoded->bytes.size() >= original.size())
-            encoded->bytes = original;
-    }
+    if (encoded && keepsLook)
+        encoded->bytes = smaller(encoded->bytes, original);
     return encoded;
 }
 

@@ -19,17 +19,20 @@ QByteArray encodePicture(const vips::VImage &image, ImageFormat format,
 QByteArray encodePng(const vips::VImage &image, const std::atomic_bool &stopped);
 QByteArray encodeWebp(const vips::VImage &image, const std::atomic_bool &stopped);
 
-/// What the coefficients of a JPEG say, and the same coefficients written in less space.
-struct RepackedJpeg
+/// Whether the decoder would have to make up a part of the picture; libvips does not tell.
+bool isJpegDamaged(const QByteArray &original, const std::atomic_bool &stopped);
+
+struct RecompressedJpeg
 {
-    bool isDamaged = false;    ///< The decoder would have to make up a part of the picture.
-    bool isCompressed = false; ///< Already at the quality that encodePicture() aims at, or below.
-    QByteArray bytes;          ///< Without loss; empty when there is no such form.
+    bool isDamaged = false;
+    QByteArray bytes; ///< Empty when this way is not open for the picture.
 };
 
-/// `exif` is written into the result when it is not empty.
-RepackedJpeg repackJpeg(const QByteArray &original, const QByteArray &exif,
-                        const std::atomic_bool &stopped);
+/// A smaller JPEG straight from a JPEG, whose pixels need no treatment: what is compressed more
+/// than encodePicture() would is packed better without loss, for another lossy pass would cost
+/// quality for next to nothing. `exif` is written when it is not empty.
+RecompressedJpeg recompressJpeg(const QByteArray &original, const QByteArray &exif,
+                                const std::atomic_bool &stopped);
 
 /// The quality on libjpeg's scale that is written.
 inline constexpr int jpegQuality = 82;

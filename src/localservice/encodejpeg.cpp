@@ -18,7 +18,7 @@ namespace pixpress {
 namespace {
 
 // libjpeg reports by callbacks and leaves a failed call by longjmp, so what lives across one is
-// held here and freed by Repacking's destructor, never by an object inside the jumped-over
+// held here and freed by Recompression's destructor, never by an object inside the jumped-over
 // function.
 struct ErrorManager
 {
@@ -69,81 +69,170 @@ int estimatedQuality(const JQUANT_TBL &table)
     return scale <= 100 ? (200 - scale) / 2 : 5000 / scale;
 }
 
-struct Repacking
+class Recompression
 {
-    ErrorManager errors{};
-    StopMonitor monitor{};
-    jpeg_decompress_struct source{};
-    jpeg_compress_struct target{};
-    unsigned char *bytes = nullptr;
-    unsigned long size = 0;
-    bool isComplete = false;
-    bool isCompressed = false;
-
-    explicit Repacking(const std::atomic_bool &stopped)
+public:
+    Recompression(const QByteArray &original, const QByteArray &exif,
+                  const std::atomic_bool &stopped)
+        : m_original(original), m_exif(exif)
     {
-        source.err = target.err = jpeg_std_error(&errors.base);
-        errors.base.error_exit = onError;
-        errors.base.emit_message = onMessage;
-        monitor.base.progress_monitor = onProgress;
-        monitor.stopped = &stopped;
+        m_source.err = m_target.err = jpeg_std_error(&m_errors.base);
+        m_errors.base.error_exit = onError;
+        m_errors.base.emit_message = onMessage;
+        m_monitor.base.progress_monitor = onProgress;
+        m_monitor.stopped = &stopped;
     }
-    Repacking(const Repacking &) = delete;
-    Repacking &operator=(const Repacking &) = delete;
-    ~Repacking()
+    Recompression(const Recompression &) = delete;
+    Recompression &operator=(const Recompression &) = delete;
+    ~Recompression()
     {
-        jpeg_destroy_compress(&target);
-        jpeg_destroy_decompress(&source);
-        std::free(bytes);
+        jpeg_destroy_compress(&m_target);
+        jpeg_destroy_decompress(&m_source);
+        std::free(m_bytes);
     }
 
-    void run(const QByteArray &original, const QByteArray &exif);
+    /// Each of these ends early after an error, and then leaves no bytes.
+    void check();
+    void repack();
+    void reduce();
+
+    bool isDamaged() const { return m_errors.isDamaged; }
+    bool isCompressed() const { return m_isCompressed; }
+    QByteArray bytes() const
+    {
+        return m_isComplete ? QByteArray(reinterpret_cast<const char *>(m_bytes),
+                                         static_cast<qsizetype>(m_size))
+                            : QByteArray();
+    }
+
+private:
+    void open();
+    bool hasPlainColours() const
+    {
+        return m_source.jpeg_color_space == JCS_YCbCr || m_source.jpeg_color_space == JCS_GRAYSCALE;
+    }
+    void prepareTarget();
+    void startFile();
+
+    const QByteArray &m_original;
+    const QByteArray &m_exif;
+    ErrorManager m_errors{};
+    StopMonitor m_monitor{};
+    jpeg_decompress_struct m_source{};
+    jpeg_compress_struct m_target{};
+    unsigned char *m_bytes = nullptr;
+    unsigned long m_size = 0;
+    bool m_isComplete = false;
+    bool m_isCompressed = false;
 };
 
-void Repacking::run(const QByteArray &original, const QByteArray &exif)
+void Recompression::open()
 {
-    if (setjmp(errors.escape) != 0)
-        return;
-    jpeg_create_decompress(&source);
-    jpeg_create_compress(&target);
-    source.progress = target.progress = &monitor.base;
-    jpeg_mem_src(&source, reinterpret_cast<const unsigned char *>(original.constData()),
-                 static_cast<unsigned long>(original.size()));
-    jpeg_read_header(&source, TRUE);
-    jvirt_barray_ptr *coefficients = jpeg_read_coefficients(&source);
-    if (source.jpeg_color_space != JCS_YCbCr && source.jpeg_color_space != JCS_GRAYSCALE)
-        return;
-    const JQUANT_TBL *table = source.comp_info[0].quant_table;
-    isCompressed = table && estimatedQuality(*table) <= jpegQuality;
+    jpeg_create_decompress(&m_source);
+    jpeg_create_compress(&m_target);
+    m_source.progress = m_target.progress = &m_monitor.base;
+    jpeg_mem_src(&m_source, reinterpret_cast<const unsigned char *>(m_original.constData()),
+                 static_cast<unsigned long>(m_original.size()));
+    jpeg_read_header(&m_source, TRUE);
+    jpeg_mem_dest(&m_target, &m_bytes, &m_size);
+    const JQUANT_TBL *table = m_source.quant_tbl_ptrs[m_source.comp_info[0].quant_tbl_no];
+    m_isCompressed = table && estimatedQuality(*table) <= jpegQuality;
+}
 
-    jpeg_mem_dest(&target, &bytes, &size);
-    jpeg_copy_critical_parameters(&source, &target);
-    target.optimize_coding = TRUE;
-    jpeg_simple_progression(&target);
-    jpeg_write_coefficients(&target, coefficients);
-    if (!exif.isEmpty())
-        jpeg_write_marker(&target, JPEG_APP0 + 1,
-                          reinterpret_cast<const unsigned char *>(exif.constData()),
-                          static_cast<unsigned>(exif.size()));
-    jpeg_finish_compress(&target);
-    jpeg_finish_decompress(&source);
-    isComplete = true;
+void Recompression::prepareTarget()
+{
+    m_target.optimize_coding = TRUE;
+    jpeg_simple_progression(&m_target);
+}
+
+/// Once the header is written.
+void Recompression::startFile()
+{
+    if (!m_exif.isEmpty())
+        jpeg_write_marker(&m_target, JPEG_APP0 + 1,
+                          reinterpret_cast<const unsigned char *>(m_exif.constData()),
+                          static_cast<unsigned>(m_exif.size()));
+}
+
+void Recompression::check()
+{
+    if (setjmp(m_errors.escape) != 0)
+        return;
+    open();
+    jpeg_read_coefficients(&m_source);
+}
+
+void Recompression::repack()
+{
+    if (setjmp(m_errors.escape) != 0)
+        return;
+    open();
+    jvirt_barray_ptr *coefficients = jpeg_read_coefficients(&m_source);
+    if (!hasPlainColours())
+        return;
+    jpeg_copy_critical_parameters(&m_source, &m_target);
+    prepareTarget();
+    jpeg_write_coefficients(&m_target, coefficients);
+    startFile();
+    jpeg_finish_compress(&m_target);
+    jpeg_finish_decompress(&m_source);
+    m_isComplete = true;
+}
+
+void Recompression::reduce()
+{
+    if (setjmp(m_errors.escape) != 0)
+        return;
+    open();
+    if (m_isCompressed || !hasPlainColours())
+        return;
+    m_source.out_color_space = m_source.jpeg_color_space; // Brightness and colour stay apart.
+    jpeg_start_decompress(&m_source);
+    m_target.image_width = m_source.output_width;
+    m_target.image_height = m_source.output_height;
+    m_target.input_components = m_source.output_components;
+    m_target.in_color_space = m_source.out_color_space;
+    jpeg_set_defaults(&m_target);
+    jpeg_set_quality(&m_target, jpegQuality, TRUE);
+    prepareTarget();
+    jpeg_start_compress(&m_target, TRUE);
+    startFile();
+    JSAMPARRAY row = m_source.mem->alloc_sarray(
+        reinterpret_cast<j_common_ptr>(&m_source), JPOOL_IMAGE,
+        m_source.output_width * static_cast<JDIMENSION>(m_source.output_components), 1);
+    while (m_source.output_scanline < m_source.output_height) {
+        jpeg_read_scanlines(&m_source, row, 1);
+        jpeg_write_scanlines(&m_target, row, 1);
+    }
+    jpeg_finish_compress(&m_target);
+    jpeg_finish_decompress(&m_source);
+    m_isComplete = true;
 }
 
 } // namespace
 
-RepackedJpeg repackJpeg(const QByteArray &original, const QByteArray &exif,
-                        const std::atomic_bool &stopped)
+bool isJpegDamaged(const QByteArray &original, const std::atomic_bool &stopped)
 {
-    Repacking repacking(stopped);
-    repacking.run(original, exif);
-    RepackedJpeg result;
-    result.isDamaged = repacking.errors.isDamaged;
-    result.isCompressed = repacking.isCompressed;
-    if (repacking.isComplete)
-        result.bytes = QByteArray(reinterpret_cast<const char *>(repacking.bytes),
-                                  static_cast<qsizetype>(repacking.size));
-    return result;
+    const QByteArray none;
+    Recompression checking(original, none, stopped);
+    checking.check();
+    return checking.isDamaged();
+}
+
+RecompressedJpeg recompressJpeg(const QByteArray &original, const QByteArray &exif,
+                                const std::atomic_bool &stopped)
+{
+    Recompression reducing(original, exif, stopped);
+    reducing.reduce();
+    if (reducing.isDamaged())
+        return {true, {}};
+    const QByteArray reduced = reducing.bytes();
+    if (!reduced.isEmpty() && reduced.size() < original.size())
+        return {false, reduced};
+
+    Recompression repacking(original, exif, stopped);
+    repacking.repack();
+    return {repacking.isDamaged(), repacking.bytes()};
 }
 
 } // namespace pixpress
