@@ -1,0 +1,380 @@
+// SPDX-FileCopyrightText: 2026 The Pixpress authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#include "pipeline/settings.h"
+
+#include <QDir>
+#include <QFile>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QProcess>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <csignal>
+#include <sys/types.h>
+
+using namespace pixpress;
+using namespace Qt::StringLiterals;
+
+namespace {
+
+struct Outcome
+{
+    int status = -1;
+    QByteArray out;
+    QByteArray err;
+};
+
+} // namespace
+
+/// Runs the real program as a process, in a folder and with a home of the test's own.
+class CommandLineTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init();
+
+    void help_andVersion_areNoErrors();
+    void wrongUsage_saysWhatIsWrong_data();
+    void wrongUsage_saysWhatIsWrong();
+
+    void samples_becomeSmallerBesideThemselves();
+    void output_goesIntoTheFolder();
+    void overwrite_replacesTheFile();
+    void options_reachTheService();
+    void json_isOneObjectALine();
+    void failures_areReportedAndFail_data();
+    void failures_areReportedAndFail();
+    void otherFiles_areSkipped();
+    void nothingAccepted_fails();
+    void fileNameCannotSteerTheTerminal();
+    void withoutLocale_worksWithAnyName();
+
+    void remoteWithoutKey_refusesEachFile();
+    void remoteWithUsedUpQuota_refusesEachFile();
+    void offline_touchesNoSettings();
+    void interrupt_leavesNoHalfWrittenFile_data();
+    void interrupt_leavesNoHalfWrittenFile();
+
+private:
+    Outcome run(const QStringList &arguments, const QStringList &environment = {});
+    void copySample(const QString &sample, const QString &name);
+    QString path(const QString &name) const { return m_folder->filePath(name); }
+    QStringList files() const { return QDir(m_folder->path()).entryList(QDir::Files); }
+    void prepare(QProcess &process, const QStringList &environment) const;
+
+    std::unique_ptr<QTemporaryDir> m_home;
+    std::unique_ptr<QTemporaryDir> m_folder;
+};
+
+void CommandLineTest::init()
+{
+    m_home = std::make_unique<QTemporaryDir>();
+    m_folder = std::make_unique<QTemporaryDir>();
+}
+
+void CommandLineTest::prepare(QProcess &process, const QStringList &environment) const
+{
+    QProcessEnvironment all = QProcessEnvironment::systemEnvironment();
+    all.insert(u"HOME"_s, m_home->path());
+    all.insert(u"XDG_CONFIG_HOME"_s, m_home->path());
+    for (const QString &entry : environment)
+        all.insert(entry.section(u'=', 0, 0), entry.section(u'=', 1));
+    process.setProcessEnvironment(all);
+    process.setWorkingDirectory(m_folder->path());
+}
+
+Outcome CommandLineTest::run(const QStringList &arguments, const QStringList &environment)
+{
+    QProcess process;
+    prepare(process, environment);
+    process.start(QStringLiteral(PIXPRESS_CLI), arguments);
+    if (!process.waitForFinished(120'000) || process.exitStatus() != QProcess::NormalExit)
+        return {.status = -1, .out = process.readAll(), .err = process.readAllStandardError()};
+    return {.status = process.exitCode(),
+            .out = process.readAllStandardOutput(),
+            .err = process.readAllStandardError()};
+}
+
+void CommandLineTest::copySample(const QString &sample, const QString &name)
+{
+    QVERIFY(QFile::copy(QStringLiteral(PIXPRESS_SAMPLES "/") + sample, path(name)));
+}
+
+void CommandLineTest::help_andVersion_areNoErrors()
+{
+    const Outcome help = run({u"--help"_s});
+    QCOMPARE(help.status, 0);
+    QVERIFY(help.out.startsWith("Usage: pixpress-cli [OPTION]... FILE...\n"));
+    QCOMPARE(help.err, "");
+    const Outcome version = run({u"--version"_s});
+    QCOMPARE(version.status, 0);
+    QCOMPARE(version.out, "pixpress-cli " PIXPRESS_VERSION "\n");
+}
+
+void CommandLineTest::wrongUsage_saysWhatIsWrong_data()
+{
+    QTest::addColumn<QString>("arguments");
+    QTest::addColumn<QByteArray>("fault");
+    const auto row = [](const char *arguments, const char *fault) {
+        QTest::newRow(arguments) << QString::fromLatin1(arguments) << QByteArray(fault);
+    };
+    row("", "No file is given.");
+    row("--json", "No file is given.");
+    row("--fast a.png", "Unknown option 'fast'.");
+    row("a.png --resize", "Missing value after '--resize'.");
+    row("--resize Fit --width 1 a.png", "--resize takes scale, fit, cover or thumb, not \"Fit\".");
+    row("--resize fit a.png", "--resize needs --width, --height or both.");
+    row("--width 0 a.png", "--width takes a number of pixels from 1 on, not \"0\".");
+    row("--height -5 a.png", "--height takes a number of pixels from 1 on, not \"-5\".");
+    row("--width 1.5 a.png", "--width takes a number of pixels from 1 on, not \"1.5\".");
+    row("--width 99999999999999999999 a.png",
+        "--width takes a number of pixels from 1 on, not \"99999999999999999999\".");
+    row("--convert gif a.png", "--convert takes png, jpeg, webp or avif, not \"gif\".");
+    row("--convert jpeg --background red a.png",
+        "--background takes a colour like '#ffffff', not \"red\".");
+    row("--convert jpeg --background #ffff a.png",
+        "--background takes a colour like '#ffffff', not \"#ffff\".");
+    row("--convert webp --background #ffffff a.png",
+        "--background needs --convert jpeg or --convert avif.");
+    row("--background #ffffff a.png", "--background needs --convert jpeg or --convert avif.");
+    row("--preserve copyright,gps a.png",
+        "--preserve takes copyright, creation and location, separated by commas, not \"gps\".");
+    row("--output no-such-folder a.png",
+        "--output takes a folder that exists, not \"no-such-folder\".");
+    row("--overwrite --output / a.png", "--overwrite and --output exclude each other.");
+}
+
+void CommandLineTest::wrongUsage_saysWhatIsWrong()
+{
+    QFETCH(const QString, arguments);
+    QFETCH(const QByteArray, fault);
+    const Outcome outcome = run(arguments.split(u' ', Qt::SkipEmptyParts));
+    QCOMPARE(outcome.status, 2);
+    QCOMPARE(outcome.out, "");
+    QCOMPARE(outcome.err, "pixpress-cli: " + fault + "\nTry 'pixpress-cli --help'.\n");
+}
+
+void CommandLineTest::samples_becomeSmallerBesideThemselves()
+{
+    const QStringList names = QDir(QStringLiteral(PIXPRESS_SAMPLES))
+                                  .entryList({u"*.png"_s, u"*.jp*g"_s, u"*.webp"_s, u"*.avif"_s});
+    QVERIFY(names.size() >= 4);
+    for (const QString &name : names)
+        copySample(name, name);
+    const Outcome outcome = run(names);
+    QVERIFY2(outcome.status == 0, outcome.out + outcome.err);
+    QCOMPARE(outcome.err, "");
+    QCOMPARE(files().size(), 2 * names.size());
+    for (const QString &name : names) {
+        const QFileInfo original(path(name));
+        const QFileInfo result(
+            path(original.completeBaseName() + u"-pixpress."_s + original.suffix()));
+        QVERIFY2(result.exists() && result.size() > 0, qPrintable(name));
+        QVERIFY2(result.size() < original.size(), qPrintable(name));
+        QVERIFY(outcome.out.contains(name.toUtf8()));
+    }
+    QVERIFY(outcome.out.contains(QByteArray::number(names.size()) + " files compressed, "));
+    QVERIFY(!outcome.out.contains('\r')); // no progress line where nobody watches
+}
+
+void CommandLineTest::output_goesIntoTheFolder()
+{
+    copySample(u"island map.png"_s, u"a #1%.png"_s);
+    QVERIFY(QDir(m_folder->path()).mkdir(u"out"_s));
+    const Outcome outcome = run({u"--output"_s, u"out"_s, u"a #1%.png"_s});
+    QVERIFY2(outcome.status == 0, outcome.out + outcome.err);
+    QVERIFY(QFile::exists(path(u"out/a #1%.png"_s)));
+    QCOMPARE(files(), QStringList(u"a #1%.png"_s));
+}
+
+void CommandLineTest::overwrite_replacesTheFile()
+{
+    copySample(u"island map.png"_s, u"a.png"_s);
+    const qint64 before = QFileInfo(path(u"a.png"_s)).size();
+    QCOMPARE(run({u"--overwrite"_s, u"a.png"_s}).status, 0);
+    QVERIFY(QFileInfo(path(u"a.png"_s)).size() < before);
+    QCOMPARE(files(), QStringList(u"a.png"_s));
+}
+
+void CommandLineTest::options_reachTheService()
+{
+    copySample(u"paper balloon.png"_s, u"a.png"_s);
+    const Outcome outcome =
+        run({u"--resize"_s, u"cover"_s, u"--width"_s, u"40"_s, u"--height"_s, u"30"_s,
+             u"--convert"_s, u"jpeg"_s, u"--background"_s, u"#FF0000"_s, u"a.png"_s});
+    QVERIFY2(outcome.status == 0, outcome.out + outcome.err);
+    QFile file(path(u"a-pixpress.jpg"_s));
+    QVERIFY(file.open(QIODevice::ReadOnly));
+    const QByteArray jpeg = file.readAll();
+    QVERIFY(jpeg.startsWith("\xff\xd8\xff"));
+    // The frame header of a progressive JPEG: length, 8 bits, height 30, width 40.
+    QVERIFY(jpeg.contains(QByteArray::fromHex("ffc2001108001e0028")));
+}
+
+void CommandLineTest::json_isOneObjectALine()
+{
+    copySample(u"island map.png"_s, u"a.png"_s);
+    const Outcome outcome = run({u"--json"_s, u"a.png"_s, u"notes.txt"_s, u"no.png"_s});
+    QCOMPARE(outcome.status, 1);
+    QCOMPARE(outcome.err, "");
+    QHash<QString, QJsonObject> byStatus;
+    for (const QByteArray &line : outcome.out.trimmed().split('\n')) {
+        const QJsonObject object = QJsonDocument::fromJson(line).object();
+        byStatus.insert(object.value(u"status"_s).toString(), object);
+    }
+    QCOMPARE(byStatus.size(), 3);
+    const QJsonObject completed = byStatus.value(u"completed"_s);
+    QCOMPARE(completed.value(u"file"_s), path(u"a.png"_s));
+    QCOMPARE(completed.value(u"output"_s), path(u"a-pixpress.png"_s));
+    QCOMPARE(completed.value(u"originalSize"_s).toInteger(), QFileInfo(path(u"a.png"_s)).size());
+    QCOMPARE(completed.value(u"compressedSize"_s).toInteger(),
+             QFileInfo(path(u"a-pixpress.png"_s)).size());
+    QCOMPARE(byStatus.value(u"failed"_s).value(u"error"_s),
+             u"Could not read \"no.png\": No such file or directory."_s);
+    QCOMPARE(byStatus.value(u"skipped"_s).value(u"file"_s), u"notes.txt"_s);
+}
+
+void CommandLineTest::failures_areReportedAndFail_data()
+{
+    QTest::addColumn<QByteArray>("content");
+    QTest::addColumn<QByteArray>("error");
+    QTest::newRow("empty") << QByteArray() << QByteArray("API error (400): ");
+    QTest::newRow("no picture") << QByteArray("Hello") << QByteArray("API error (415): ");
+    QTest::newRow("head only") << QByteArray("\x89PNG\r\n\x1a\n\0\0\0\rIHDR", 16)
+                               << QByteArray("API error (415): ");
+}
+
+void CommandLineTest::failures_areReportedAndFail()
+{
+    QFETCH(const QByteArray, content);
+    QFETCH(const QByteArray, error);
+    QFile file(path(u"bad.png"_s));
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    file.write(content);
+    file.close();
+    copySample(u"island map.png"_s, u"good.png"_s);
+    const Outcome outcome = run({u"bad.png"_s, u"good.png"_s});
+    QCOMPARE(outcome.status, 1);
+    QVERIFY2(outcome.out.contains("bad.png   Failed: " + error), outcome.out);
+    QVERIFY2(outcome.out.contains("1 file compressed"), outcome.out);
+    QVERIFY2(outcome.out.endsWith("1 file failed.\n"), outcome.out);
+    QVERIFY(QFile::exists(path(u"good-pixpress.png"_s)));
+    QVERIFY(!QFile::exists(path(u"bad-pixpress.png"_s)));
+}
+
+void CommandLineTest::otherFiles_areSkipped()
+{
+    copySample(u"island map.png"_s, u"a.png"_s);
+    const Outcome outcome = run({u"a.png"_s, u"notes.txt"_s});
+    QCOMPARE(outcome.status, 0);
+    QCOMPARE(outcome.err, "notes.txt  Skipped: Not a PNG, JPEG, WebP or AVIF file\n");
+}
+
+void CommandLineTest::nothingAccepted_fails()
+{
+    const Outcome outcome = run({u"notes.txt"_s});
+    QCOMPARE(outcome.status, 1);
+    QCOMPARE(outcome.out, "Nothing to compress.\n");
+}
+
+void CommandLineTest::fileNameCannotSteerTheTerminal()
+{
+    const Outcome outcome = run({u"\033]0;owned\007.png"_s});
+    QCOMPARE(outcome.status, 1);
+    QVERIFY(!outcome.out.contains('\033'));
+    QVERIFY(outcome.out.contains("?]0;owned?.png"));
+}
+
+void CommandLineTest::withoutLocale_worksWithAnyName()
+{
+    copySample(u"island map.png"_s, u"карта.png"_s);
+    const Outcome outcome = run({u"карта.png"_s}, {u"LC_ALL=C"_s, u"LANG="_s});
+    QVERIFY2(outcome.status == 0, outcome.out + outcome.err);
+    QCOMPARE(outcome.err, "");
+    QVERIFY(QFile::exists(path(u"карта-pixpress.png"_s)));
+}
+
+void CommandLineTest::remoteWithoutKey_refusesEachFile()
+{
+    copySample(u"island map.png"_s, u"a.png"_s);
+    const Outcome outcome =
+        run({u"--remote"_s, u"a.png"_s, u"a.png"_s, u"a.png"_s, u"a.png"_s, u"a.png"_s});
+    QCOMPARE(outcome.status, 1);
+    QCOMPARE(outcome.out.count("a.png  Failed: No API key configured\n"), 5);
+    QVERIFY(outcome.out.endsWith("5 files failed.\n"));
+    QCOMPARE(files(), QStringList(u"a.png"_s));
+}
+
+void CommandLineTest::remoteWithUsedUpQuota_refusesEachFile()
+{
+    QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, m_home->path());
+    {
+        UserSettings settings; // those of the desktop application
+        KeychainHelper::saveAPIKey(settings, u"key"_s);
+        settings.setValue(u"pixpress_quota_month"_s,
+                          QDateTime::currentDateTime().toString(u"yyyy-MM"_s));
+        settings.setValue(u"pixpress_quota_count"_s, 500);
+    }
+    copySample(u"island map.png"_s, u"a.png"_s);
+    const Outcome outcome = run({u"--remote"_s, u"a.png"_s, u"a.png"_s});
+    QCOMPARE(outcome.status, 1);
+    QCOMPARE(outcome.out.count("a.png  Failed: Monthly quota exhausted\n"), 2);
+}
+
+void CommandLineTest::offline_touchesNoSettings()
+{
+    copySample(u"island map.png"_s, u"a.png"_s);
+    QCOMPARE(run({u"a.png"_s}).status, 0);
+    QCOMPARE(QDir(m_home->path()).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot),
+             QStringList());
+}
+
+void CommandLineTest::interrupt_leavesNoHalfWrittenFile_data()
+{
+    QTest::addColumn<int>("signal");
+    QTest::newRow("Ctrl-C") << SIGINT;
+    QTest::newRow("kill") << SIGTERM;
+    QTest::newRow("closed terminal") << SIGHUP;
+}
+
+void CommandLineTest::interrupt_leavesNoHalfWrittenFile()
+{
+    QFETCH(const int, signal);
+    QStringList arguments{u"--overwrite"_s, u"--json"_s};
+    for (int i = 0; i < 40; ++i) {
+        const QString name = u"%1.png"_s.arg(i);
+        copySample(u"island map.png"_s, name);
+        arguments.append(name);
+    }
+    QProcess process;
+    prepare(process, {});
+    process.start(QStringLiteral(PIXPRESS_CLI), arguments);
+    QVERIFY(process.waitForReadyRead(60'000)); // the first file is done, the others are not
+    ::kill(static_cast<pid_t>(process.processId()), signal);
+    QVERIFY(process.waitForFinished());
+    QCOMPARE(process.exitStatus(), QProcess::NormalExit);
+    QCOMPARE(process.exitCode(), 130);
+    QVERIFY(process.readAllStandardError().contains("Interrupted."));
+
+    QFile sample(QStringLiteral(PIXPRESS_SAMPLES "/island map.png"));
+    QVERIFY(sample.open(QIODevice::ReadOnly));
+    const QByteArray original = sample.readAll();
+    int untouched = 0;
+    for (const QString &name : files()) {
+        QFile file(path(name));
+        QVERIFY(file.open(QIODevice::ReadOnly));
+        const QByteArray content = file.readAll();
+        if (content == original)
+            ++untouched;
+        else // a complete PNG ends with its IEND chunk
+            QVERIFY(content.endsWith(QByteArray::fromHex("0000000049454e44ae426082")));
+    }
+    QVERIFY(untouched > 0);
+    QVERIFY(untouched < 40);
+}
+
+QTEST_GUILESS_MAIN(CommandLineTest)
+#include "tst_commandline.moc"
