@@ -11,6 +11,7 @@ cd "$(dirname "${BASH_SOURCE[0]}")/.."
 build_packages=(
     g++ cmake ninja-build pkg-config ccache
     qt6-base-dev qcoro-qt6-dev libcurl4-openssl-dev libvips-dev libcpp-httplib-dev
+    libexif-dev libpng-dev libjpeg-dev libwebp-dev libimagequant-dev
 )
 test_packages=(
     clang-19 clang-tidy-19 clang-format-19 libclang-rt-19-dev

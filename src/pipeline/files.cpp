@@ -18,10 +18,10 @@ namespace {
 
 using Outcome = std::expected<void, QString>; // the error is the bare reason
 
-std::unexpected<QString> failure(const QString &verb, const QFile &file, const QString &reason)
+std::unexpected<QString> failure(const QString &verb, const QUrl &url, const QString &reason)
 {
     return std::unexpected(
-        u"Could not %1 \"%2\": %3."_s.arg(verb, QFileInfo(file).fileName(), reason));
+        u"Could not %1 \"%2\": %3."_s.arg(verb, QFileInfo(url.toLocalFile()).fileName(), reason));
 }
 
 bool isRegularFile(const QFile &file)
@@ -30,6 +30,32 @@ bool isRegularFile(const QFile &file)
 }
 
 const QString notAFile = u"It is not a regular file"_s;
+
+/// What is between the file's position and its end. QFile takes an error that strikes after a part
+/// was read for the end of the file; reading on brings it to light.
+QByteArray readToEnd(QFile &file)
+{
+    QByteArray content = file.readAll();
+    while (file.error() == QFileDevice::NoError) {
+        const QByteArray more = file.readAll();
+        if (more.isEmpty())
+            break;
+        content += more;
+    }
+    return content;
+}
+
+/// Also here QFile keeps silent about an error after a part; writing the rest brings it to light.
+bool writeAll(QFile &file, const QByteArray &bytes)
+{
+    for (qint64 done = 0; done < bytes.size();) {
+        const qint64 written = file.write(bytes.constData() + done, bytes.size() - done);
+        if (written <= 0)
+            return false;
+        done += written;
+    }
+    return true;
+}
 
 /// Makes sure that the file system has room for `size` bytes of this file, which may grow by that.
 Outcome reserve(QFile &file, qint64 size)
@@ -54,7 +80,7 @@ Outcome reserve(QFile &file, qint64 size)
 /// then an existing picture has only its copy in memory.
 Outcome replaceContent(QFile &file, const QByteArray &bytes)
 {
-    if (!file.seek(0) || file.write(bytes) != bytes.size() || !file.resize(bytes.size()))
+    if (!file.seek(0) || !writeAll(file, bytes) || !file.resize(bytes.size()))
         return std::unexpected(file.errorString());
     if (fsync(file.handle()) != 0)
         return std::unexpected(qt_error_string(errno));
@@ -64,7 +90,7 @@ Outcome replaceContent(QFile &file, const QByteArray &bytes)
 Outcome writeNew(QFile &file, const QByteArray &bytes)
 {
     Outcome written;
-    if (file.write(bytes) != bytes.size())
+    if (!writeAll(file, bytes))
         written = std::unexpected(file.errorString());
     file.close();
     if (written && file.error() != QFileDevice::NoError)
@@ -81,7 +107,7 @@ Outcome overwrite(QFile &file, const QByteArray &bytes)
     if (!file.open(QIODevice::ReadWrite | QIODevice::ExistingOnly | QIODevice::Unbuffered))
         return std::unexpected(file.errorString());
 
-    const QByteArray old = file.readAll();
+    const QByteArray old = readToEnd(file);
     if (file.error() != QFileDevice::NoError || old.size() != file.size())
         return std::unexpected(u"Its present content could not be kept safe"_s);
 
@@ -101,12 +127,12 @@ std::expected<QByteArray, QString> readFile(const QUrl &source)
 {
     QFile file(source.toLocalFile());
     if (file.exists() && !isRegularFile(file))
-        return failure(u"read"_s, file, notAFile);
+        return failure(u"read"_s, source, notAFile);
     if (!file.open(QIODevice::ReadOnly | QIODevice::Unbuffered))
-        return failure(u"read"_s, file, file.errorString());
-    QByteArray content = file.readAll();
+        return failure(u"read"_s, source, file.errorString());
+    QByteArray content = readToEnd(file);
     if (file.error() != QFileDevice::NoError)
-        return failure(u"read"_s, file, file.errorString());
+        return failure(u"read"_s, source, file.errorString());
     return content;
 }
 
@@ -126,7 +152,7 @@ QUrl outputURL(const QUrl &source, const CompressionOptions &options)
     const auto firstFree = [&](const QUrl &folder, const QString &base) {
         QUrl url = inFolder(folder, base + u'.' + extension);
         for (int n = 1; QFileInfo::exists(url.toLocalFile()); ++n)
-            url = inFolder(folder, u"%1-%2.%3"_s.arg(base).arg(n).arg(extension));
+            url = inFolder(folder, base + u'-' + QString::number(n) + u'.' + extension);
         return url;
     };
 
@@ -145,9 +171,11 @@ QUrl outputURL(const QUrl &source, const CompressionOptions &options)
 
 std::expected<void, QString> writeFile(const QUrl &target, const QByteArray &bytes)
 {
-    const QFileInfo info(target.toLocalFile());
-    // A symbolic link to a file that does not exist yet makes that file.
-    QFile file(info.isSymLink() && !info.exists() ? info.symLinkTarget() : info.filePath());
+    // Symbolic links to a file that does not exist yet make that file.
+    QFileInfo info(target.toLocalFile());
+    for (int links = 0; links < 40 && info.isSymLink() && !info.exists(); ++links)
+        info.setFile(info.symLinkTarget());
+    QFile file(info.filePath());
     Outcome written;
     if (file.open(QIODevice::WriteOnly | QIODevice::NewOnly | QIODevice::Unbuffered))
         written = writeNew(file, bytes);
@@ -156,7 +184,7 @@ std::expected<void, QString> writeFile(const QUrl &target, const QByteArray &byt
     else
         written = std::unexpected(file.errorString());
     if (!written)
-        return failure(u"write"_s, file, written.error());
+        return failure(u"write"_s, target, written.error());
     return {};
 }
 

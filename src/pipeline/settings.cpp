@@ -5,7 +5,10 @@
 
 #include <QDir>
 #include <QFile>
+#include <QFileDevice>
 #include <QFileInfo>
+#include <QJsonDocument>
+#include <QJsonObject>
 
 using namespace Qt::StringLiterals;
 
@@ -15,12 +18,36 @@ namespace {
 
 constexpr auto ownerOnly = QFileDevice::ReadOwner | QFileDevice::WriteOwner;
 
+bool readEntries(QIODevice &device, QSettings::SettingsMap &entries)
+{
+    const QByteArray content = device.readAll();
+    const QJsonDocument json = QJsonDocument::fromJson(content);
+    entries = json.object().toVariantMap();
+    return json.isObject() || content.isEmpty();
+}
+
+/// Where QSettings' own formats would replace a good file by an empty one: QSaveFile of Qt 6.4 does
+/// not notice a full disk while it commits (it does not look at what its flush returned).
+bool writeEntries(QIODevice &device, const QSettings::SettingsMap &entries)
+{
+    const QByteArray content = QJsonDocument(QJsonObject::fromVariantMap(entries)).toJson();
+    auto *const file = qobject_cast<QFileDevice *>(&device);
+    return device.write(content) == content.size() && (!file || file->flush());
+}
+
+QSettings::Format checkedFormat()
+{
+    static const QSettings::Format format =
+        QSettings::registerFormat(u"json"_s, readEntries, writeEntries);
+    return format;
+}
+
 const QString apiKeyEntry = u"pixpress_api_key"_s;
 
 } // namespace
 
 UserSettings::UserSettings(const QString &application)
-    : m_settings(QSettings::NativeFormat, QSettings::UserScope, u"Pixpress"_s, application)
+    : m_settings(checkedFormat(), QSettings::UserScope, u"Pixpress"_s, application)
 {
     m_settings.setFallbacksEnabled(false);
     if (QFile file(m_settings.fileName()); file.exists())

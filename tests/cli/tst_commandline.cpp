@@ -310,7 +310,8 @@ void CommandLineTest::remoteWithoutKey_refusesEachFile()
 
 void CommandLineTest::remoteWithUsedUpQuota_refusesEachFile()
 {
-    QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, m_home->path());
+    // The settings have a format of their own, which looks where the INI format does.
+    QSettings::setPath(QSettings::IniFormat, QSettings::UserScope, m_home->path());
     {
         UserSettings settings; // those of the desktop application
         KeychainHelper::saveAPIKey(settings, u"key"_s);
