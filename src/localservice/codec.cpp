@@ -7,7 +7,7 @@
 #include "localservice/encode.h"
 #include "localservice/metadata.h"
 #include "localservice/sniff.h"
-#include "localservice/vipslibrary.h"
+#include "pictures/vipslibrary.h"
 
 #include <new>
 #include <vector>

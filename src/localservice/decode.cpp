@@ -3,7 +3,7 @@
 
 #include "localservice/decode.h"
 
-#include "localservice/vipslibrary.h"
+#include "pictures/vipslibrary.h"
 
 #include <memory>
 

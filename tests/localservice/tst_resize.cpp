@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
 #include "localservice/codec.h"
-#include "localservice/vipslibrary.h"
+#include "pictures/vipslibrary.h"
 
 #include "pictures.h"
 

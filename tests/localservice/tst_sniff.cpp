@@ -3,7 +3,7 @@
 
 #include "localservice/codec.h"
 #include "localservice/sniff.h"
-#include "localservice/vipslibrary.h"
+#include "pictures/vipslibrary.h"
 
 #include "pictures.h"
 

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Pixpress authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-#include "localservice/vipslibrary.h"
+#include "pictures/vipslibrary.h"
 
 #include <QtGlobal>
 
