@@ -50,8 +50,7 @@ void Run::interrupt()
 void Run::onTaskChanged(qsizetype index)
 {
     const CompressionTask &task = m_queue.tasks()[index];
-    if (std::holds_alternative<status::Completed>(task.status) ||
-        std::holds_alternative<status::Failed>(task.status)) {
+    if (hasEnded(task.status)) {
         ++m_ended;
         m_report.ended(task);
         QMetaObject::invokeMethod(this, &Run::goOn, Qt::QueuedConnection);

@@ -26,6 +26,12 @@ bool isActive(const TaskStatus &status)
            std::holds_alternative<status::Downloading>(status);
 }
 
+bool hasEnded(const TaskStatus &status)
+{
+    return std::holds_alternative<status::Completed>(status) ||
+           std::holds_alternative<status::Failed>(status);
+}
+
 CompressionTask::CompressionTask(const QUrl &sourceURL, const CompressionOptions &options)
     : id(QUuid::createUuid()),
       sourceURL(sourceURL),

@@ -54,6 +54,9 @@ using TaskStatus = std::variant<status::Completed, status::Failed, status::Pendi
 /// Whether the status is uploading, compressing or downloading.
 bool isActive(const TaskStatus &status);
 
+/// Whether the status is completed or failed.
+bool hasEnded(const TaskStatus &status);
+
 /// One file's compression, from being added until it has succeeded or failed.
 struct CompressionTask
 {

@@ -63,10 +63,7 @@ void CompressionQueue::retryTask(const QUuid &taskId, const CompressionOptions &
 void CompressionQueue::clearCompleted()
 {
     QList<CompressionTask> kept = m_tasks;
-    const auto removed = kept.removeIf([](const CompressionTask &task) {
-        return std::holds_alternative<status::Completed>(task.status) ||
-               std::holds_alternative<status::Failed>(task.status);
-    });
+    const auto removed = kept.removeIf([](const CompressionTask &task) { return hasEnded(task.status); });
     if (removed > 0)
         replaceTasks(std::move(kept));
 }
@@ -148,14 +145,14 @@ QCoro::Task<> CompressionQueue::processTask(QUuid taskId, CompressionOptions opt
         syncQuota(count);
 
     // 11.
-    const QUrl outputURL = pixpress::outputURL(sourceURL, options);
-    if (const auto written = writeFile(outputURL, outputData); !written)
-        co_return endTask(taskId, status::Failed{written.error()});
+    const auto outputURL = writeOutput(sourceURL, options, outputData);
+    if (!outputURL)
+        co_return endTask(taskId, status::Failed{outputURL.error()});
 
     // 12. Type and dimensions are those of the compressed image, whatever the fetch changed.
     const CompressionResult result{.originalSize = response->inputSize,
                                    .compressedSize = outputData.size(),
-                                   .outputURL = outputURL,
+                                   .outputURL = *outputURL,
                                    .inputType = response->inputType,
                                    .outputType = response->outputType,
                                    .width = response->outputWidth,
@@ -232,6 +229,8 @@ void CompressionQueue::count(const TaskStatus &status, int sign)
 {
     if (isActive(status))
         m_totals.active += sign;
+    if (hasEnded(status))
+        m_totals.ended += sign;
     if (const auto *completed = std::get_if<status::Completed>(&status)) {
         m_totals.completed += sign;
         // Sizes are the service's word: a sum of absurd ones may wrap, it must not be undefined.
@@ -262,6 +261,8 @@ void CompressionQueue::notifyTotals(const Totals &before)
 {
     if ((before.active > 0) != hasActiveTasks())
         Q_EMIT hasActiveTasksChanged();
+    if ((before.ended > 0) != hasEndedTasks())
+        Q_EMIT hasEndedTasksChanged();
     if (before.completed != m_totals.completed)
         Q_EMIT completedCountChanged();
     if (before.saved != m_totals.saved)

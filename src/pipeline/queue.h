@@ -31,6 +31,7 @@ class CompressionQueue : public QObject
 {
     Q_OBJECT
     Q_PROPERTY(bool hasActiveTasks READ hasActiveTasks NOTIFY hasActiveTasksChanged)
+    Q_PROPERTY(bool hasEndedTasks READ hasEndedTasks NOTIFY hasEndedTasksChanged)
     Q_PROPERTY(qsizetype completedCount READ completedCount NOTIFY completedCountChanged)
     Q_PROPERTY(qint64 totalSaved READ totalSaved NOTIFY totalSavedChanged)
 
@@ -48,6 +49,7 @@ public:
 
     // These cost the same however long the list is.
     bool hasActiveTasks() const { return m_totals.active > 0; } ///< Pending ones do not count.
+    bool hasEndedTasks() const { return m_totals.ended > 0; } ///< Completed or failed ones.
     qsizetype completedCount() const { return m_totals.completed; }
     qint64 totalSaved() const { return m_totals.saved; } ///< Bytes; negative when outputs grew.
     /// The task that would start next, by its index in tasks(); -1 when none is pending.
@@ -77,6 +79,7 @@ Q_SIGNALS:
     // Not emitted when the value stays the same.
     void activeTasksChanged();
     void hasActiveTasksChanged();
+    void hasEndedTasksChanged();
     void completedCountChanged();
     void totalSavedChanged();
 
@@ -84,6 +87,7 @@ private:
     struct Totals
     {
         qsizetype active = 0;
+        qsizetype ended = 0;
         qsizetype completed = 0;
         qint64 saved = 0;
     };
