@@ -3,6 +3,8 @@
 
 #pragma once
 
+#include "localservice/stream.h"
+
 #include <httplib.h>
 
 #include <list>
@@ -16,13 +18,14 @@ namespace pixpress {
 ///   would keep their thread until their time is up, asking a hundred times a second;
 /// - an answer leaves in one piece, head and body together;
 /// - a connection whose request was answered before its body had arrived is closed such that the
-///   answer gets through: what still arrives is read and dropped for a moment first.
+///   answer gets through: what still arrives is read and dropped for a moment first;
+/// - heads, waiting connections and the time of a whole request have bounds.
 ///
-/// Routes are set on the base class. Each open connection has one of `threadCount` threads.
+/// Routes are set on the base class. A connection that exceeds a limit is ended without an answer.
 class ConnectionServer final : public httplib::Server
 {
 public:
-    explicit ConnectionServer(size_t threadCount);
+    explicit ConnectionServer(const ConnectionLimits &limits);
 
     /// Listens until stop(), on the calling thread.
     void run();
@@ -36,14 +39,13 @@ public:
 
 private:
     struct Connection;
-    class Stream;
     class Workers;
 
     bool process_and_close_socket(socket_t socket) override;
     bool serve(Connection &connection);
-    void makeRoom();
+    bool makeRoom();
 
-    const size_t m_threadCount;
+    const ConnectionLimits m_limits;
     std::mutex m_mutex;
     std::list<Connection *> m_connections; ///< Those idle for the longest time first.
     size_t m_openCount = 0;                ///< With those that wait for a thread.

@@ -20,15 +20,23 @@ Gate::Pass::~Pass()
 std::optional<Gate::Pass> Gate::enter(qint64 amount)
 {
     std::unique_lock lock(m_mutex);
+    ++m_waiting;
     m_changed.wait(lock, [&] {
         return m_closed || m_passes == 0 ||
                (m_passes < m_maxPasses && m_amount + amount <= m_maxAmount);
     });
+    --m_waiting;
     if (m_closed)
         return std::nullopt;
     m_amount += amount;
     ++m_passes;
     return std::optional<Pass>(std::in_place, *this, amount);
+}
+
+int Gate::waiting() const
+{
+    const std::lock_guard lock(m_mutex);
+    return m_waiting;
 }
 
 void Gate::close()

@@ -43,13 +43,17 @@ public:
     /// Ends every wait, also those to come.
     void close();
 
+    /// How many wait at this moment.
+    int waiting() const;
+
 private:
     const qint64 m_maxAmount;
     const int m_maxPasses;
-    std::mutex m_mutex;
+    mutable std::mutex m_mutex;
     std::condition_variable m_changed;
     qint64 m_amount = 0;
     int m_passes = 0;
+    int m_waiting = 0;
     bool m_closed = false;
 };
 

@@ -29,8 +29,9 @@ qint64 defaultStoreBytes();
 
 struct LocalServiceConfig
 {
-    /// The key that a request must show, asked for at every request and on the service's threads.
-    /// While it is empty nobody is let in.
+    /// The key that a request must show: what the owner's settings hold at the moment in which the
+    /// request's head has arrived. Called on the service's threads, on several at a time, and not
+    /// once the service is destroyed. While it returns nothing nobody is let in.
     std::function<QByteArray()> key;
 
     bool counting = false;              ///< Answers then carry "Compression-Count".
@@ -54,9 +55,10 @@ struct LocalServiceConfig
 ///     POST /output/ID   JSON options  200, worked from the uploaded original
 ///
 /// Every request needs HTTP Basic credentials: user "api", the key as password. Errors are JSON
-/// with the members "error" and "message".
+/// with the members "error" and "message". Web pages are refused, whatever they show.
 ///
 /// A compression is counted for each answered upload and for each answered request with options.
+/// One that is under way has its place within the limit already.
 class LocalService
 {
 public:

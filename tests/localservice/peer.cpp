@@ -5,11 +5,14 @@
 
 #include <QJsonDocument>
 
+#include <algorithm>
+
 namespace pixpress::testing {
 
 namespace {
 
 constexpr int patience = 30'000;
+const QByteArray hostField = "Host: (the peer's)\r\n";
 
 } // namespace
 
@@ -25,13 +28,15 @@ QByteArray credentials(const QByteArray &key, const QByteArray &user)
 
 QByteArray head(const QByteArray &method, const QByteArray &path, const Fields &fields)
 {
-    QByteArray text = method + ' ' + path + " HTTP/1.1\r\nHost: 127.0.0.1\r\n";
+    QByteArray text = method + ' ' + path + " HTTP/1.1\r\n";
+    if (std::ranges::none_of(fields, [](const auto &field) { return field.first == "Host"; }))
+        text += hostField;
     for (const auto &[name, value] : fields)
         text += name + ": " + value + "\r\n";
     return text + "\r\n";
 }
 
-Peer::Peer(const QUrl &base)
+Peer::Peer(const QUrl &base) : m_host(base.authority().toLatin1())
 {
     m_socket.connectToHost(base.host(), static_cast<quint16>(base.port()));
     m_socket.waitForConnected(patience);
@@ -40,7 +45,7 @@ Peer::Peer(const QUrl &base)
 
 void Peer::send(const QByteArray &bytes)
 {
-    m_socket.write(bytes);
+    m_socket.write(QByteArray(bytes).replace(hostField, "Host: " + m_host + "\r\n"));
     while (m_socket.bytesToWrite() > 0 && m_socket.waitForBytesWritten(patience)) {
     }
 }

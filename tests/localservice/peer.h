@@ -46,11 +46,13 @@ public:
 private:
     bool waitForMore();
 
+    const QByteArray m_host;
     QTcpSocket m_socket;
     QByteArray m_received;
 };
 
-/// The head of a request, with the empty line at its end.
+/// The head of a request, with the empty line at its end. Unless the fields have one, its "Host" is
+/// filled in by the peer that sends it.
 QByteArray head(const QByteArray &method, const QByteArray &path, const Fields &fields);
 
 } // namespace pixpress::testing

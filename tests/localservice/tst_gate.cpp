@@ -6,6 +6,7 @@
 #include <QTest>
 
 #include <future>
+#include <thread>
 
 using namespace pixpress;
 
@@ -28,9 +29,15 @@ std::future<bool> entering(Gate &gate, qint64 amount)
                       [&gate, amount] { return gate.enter(amount).has_value(); });
 }
 
-bool isWaiting(const std::future<bool> &entered)
+/// Once the thread has arrived at the gate: a counted wait lasts until something changes.
+bool isWaiting(const Gate &gate, const std::future<bool> &entered)
 {
-    return entered.wait_for(std::chrono::milliseconds(50)) == std::future_status::timeout;
+    while (gate.waiting() == 0) {
+        if (entered.wait_for(std::chrono::seconds(0)) == std::future_status::ready)
+            return false;
+        std::this_thread::yield();
+    }
+    return true;
 }
 
 } // namespace
@@ -41,7 +48,7 @@ void TestGate::amountsUpToTheBound_passTogether()
     auto first = gate.enter(6);
     const auto second = gate.enter(4);
     auto third = entering(gate, 5);
-    QVERIFY(isWaiting(third));
+    QVERIFY(isWaiting(gate, third));
     first.reset();
     QVERIFY(third.get());
 }
@@ -52,7 +59,7 @@ void TestGate::passes_areCounted()
     auto first = gate.enter(1);
     const auto second = gate.enter(1);
     auto third = entering(gate, 1);
-    QVERIFY(isWaiting(third));
+    QVERIFY(isWaiting(gate, third));
     first.reset();
     QVERIFY(third.get());
 }
@@ -62,7 +69,7 @@ void TestGate::tooLargeAnAmount_passesAlone()
     Gate gate(10, 100);
     auto small = gate.enter(1);
     auto large = entering(gate, 50);
-    QVERIFY(isWaiting(large));
+    QVERIFY(isWaiting(gate, large));
     small.reset();
     QVERIFY(large.get());
 }
@@ -72,9 +79,10 @@ void TestGate::closing_endsTheWait()
     Gate gate(10, 1);
     const auto held = gate.enter(1);
     auto waiting = entering(gate, 1);
-    QVERIFY(isWaiting(waiting));
+    QVERIFY(isWaiting(gate, waiting));
     gate.close();
     QVERIFY(!waiting.get());
+    QCOMPARE(gate.waiting(), 0);
     QVERIFY(!gate.enter(1));
 }
 

@@ -1,0 +1,63 @@
+// SPDX-FileCopyrightText: 2026 The Pixpress authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#pragma once
+
+#include "localservice/connections.h"
+#include "localservice/gate.h"
+#include "localservice/localservice.h"
+#include "localservice/meter.h"
+#include "localservice/requesthead.h"
+#include "localservice/store.h"
+
+#include <atomic>
+
+namespace pixpress {
+
+/// Answers the requests, on the threads of its server.
+class RequestHandler
+{
+public:
+    /// Work that is done at a time: bodies of twice the largest one, and the pixels of the largest
+    /// picture on each core at most.
+    RequestHandler(LocalServiceConfig config, int connectionCount);
+
+    /// Sets the routes. The server is not to run longer than this object lives.
+    void attachTo(ConnectionServer &server);
+
+    /// Before the server runs.
+    void setPort(int port) { m_port = port; }
+    QByteArray baseAddress() const { return "http://127.0.0.1:" + QByteArray::number(m_port); }
+
+    qint64 compressionCount() const { return m_meter.count(); }
+
+    /// Ends the work that goes on, and all that is to come. From any thread.
+    void stop();
+
+private:
+    bool handleHead(const httplib::Request &request, httplib::Response &response);
+    void handleBody(const httplib::Request &request, httplib::Response &response,
+                    const httplib::ContentReader &reader);
+    std::optional<Refusal> refuseHead(const httplib::Request &request) const;
+    qint64 maxBodyOf(const httplib::Request &request) const;
+    bool answerFault(const httplib::Request &request, httplib::Response &response) const;
+    void fetch(const httplib::Request &request, httplib::Response &response) const;
+    void shrink(const QByteArray &body, httplib::Response &response);
+    void rework(const httplib::Request &request, const QByteArray &body,
+                httplib::Response &response);
+    std::expected<Encoded, Refusal> compressOnce(const QByteArray &original,
+                                                 const PictureInfo &info,
+                                                 const RequestOptions &options);
+    void addCount(httplib::Response &response) const;
+
+    const LocalServiceConfig m_config;
+    Store m_store;
+    Meter m_meter;
+    std::atomic_bool m_stopped = false;
+    // Bodies wait in the sender's hands, and pixels until there is a core and memory for them.
+    Gate m_bodies;
+    Gate m_pixels;
+    int m_port = 0;
+};
+
+} // namespace pixpress
