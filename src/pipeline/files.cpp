@@ -3,12 +3,14 @@
 
 #include "pipeline/files.h"
 
+#include "pipeline/descriptor.h"
+#include "pipeline/outputname.h"
+
 #include <QFile>
 #include <QFileInfo>
 
 #include <cerrno>
 #include <fcntl.h>
-#include <unistd.h>
 
 using namespace Qt::StringLiterals;
 
@@ -16,175 +18,160 @@ namespace pixpress {
 
 namespace {
 
-using Outcome = std::expected<void, QString>; // the error is the bare reason
+QString describe(int error)
+{
+    switch (error) {
+    case Descriptor::notAFile:
+    case EISDIR:
+    case ENXIO: // of a socket
+        return u"It is not a regular file"_s;
+    default: return qt_error_string(error);
+    }
+}
 
-std::unexpected<QString> failure(const QString &verb, const QUrl &url, const QString &reason)
+/// Of writing. The error is one of Descriptor's; nothing was written when it is EEXIST.
+struct Failure
+{
+    int error = 0;
+    QString reason = describe(error);
+};
+
+using Outcome = std::expected<void, Failure>;
+
+std::unexpected<QString> sentence(const QString &verb, const QUrl &url, const QString &reason)
 {
     return std::unexpected(
         u"Could not %1 \"%2\": %3."_s.arg(verb, QFileInfo(url.toLocalFile()).fileName(), reason));
 }
 
-bool isRegularFile(const QFile &file)
-{
-    return QFileInfo(file).isFile();
-}
+const QString notRestored = u", and its old content could not be put back completely"_s;
 
-const QString notAFile = u"It is not a regular file"_s;
-
-/// What is between the file's position and its end. QFile takes an error that strikes after a part
-/// was read for the end of the file; reading on brings it to light.
-QByteArray readToEnd(QFile &file)
+Outcome toOutcome(const Descriptor::Result<> &result)
 {
-    QByteArray content = file.readAll();
-    while (file.error() == QFileDevice::NoError) {
-        const QByteArray more = file.readAll();
-        if (more.isEmpty())
-            break;
-        content += more;
-    }
-    return content;
-}
-
-/// Also here QFile keeps silent about an error after a part; writing the rest brings it to light.
-bool writeAll(QFile &file, const QByteArray &bytes)
-{
-    for (qint64 done = 0; done < bytes.size();) {
-        const qint64 written = file.write(bytes.constData() + done, bytes.size() - done);
-        if (written <= 0)
-            return false;
-        done += written;
-    }
-    return true;
-}
-
-/// Makes sure that the file system has room for `size` bytes of this file, which may grow by that.
-Outcome reserve(QFile &file, qint64 size)
-{
-#if defined(_POSIX_ADVISORY_INFO) && _POSIX_ADVISORY_INFO > 0
-    int error = 0;
-    do {
-        error = size > 0 ? posix_fallocate(file.handle(), 0, size) : 0;
-    } while (error == EINTR);
-    if (error != 0)
-        return std::unexpected(qt_error_string(error));
-#else
-    const qint64 missing = size - file.size();
-    if (missing > 0 &&
-        (!file.seek(file.size()) || file.write(QByteArray(missing, '\0')) != missing))
-        return std::unexpected(file.errorString());
-#endif
+    if (!result)
+        return std::unexpected(Failure{result.error()});
     return {};
+}
+
+/// The file that a symbolic link makes when it is written to, or nothing when `path` is no link or
+/// one to something that is there.
+QString dangling(const QString &path)
+{
+    QFileInfo info(path);
+    if (info.exists())
+        return {};
+    for (int links = 0; links < 40 && info.isSymLink(); ++links)
+        info.setFile(info.symLinkTarget());
+    return info.isSymLink() || info.filePath() == path ? QString() : info.filePath();
 }
 
 /// Replaces the content of an open file. The data has reached the disk when this succeeds: until
-/// then an existing picture has only its copy in memory.
-Outcome replaceContent(QFile &file, const QByteArray &bytes)
+/// then an existing picture has only its copy in memory. `touched`: whether anything changed.
+Descriptor::Result<> replaceContent(Descriptor &file, const QByteArray &bytes, bool &touched)
 {
-    if (!file.seek(0) || !writeAll(file, bytes) || !file.resize(bytes.size()))
-        return std::unexpected(file.errorString());
-    if (fsync(file.handle()) != 0)
-        return std::unexpected(qt_error_string(errno));
-    return {};
-}
-
-Outcome writeNew(QFile &file, const QByteArray &bytes)
-{
-    Outcome written;
-    if (!writeAll(file, bytes))
-        written = std::unexpected(file.errorString());
-    file.close();
-    if (written && file.error() != QFileDevice::NoError)
-        written = std::unexpected(file.errorString());
+    qint64 done = 0;
+    const auto written = file.writeAll(bytes, done);
+    touched = done > 0;
     if (!written)
-        file.remove();
-    return written;
+        return written;
+    if (const auto resized = file.resize(bytes.size()); !resized)
+        return resized;
+    touched = true;
+    return file.sync();
 }
 
-Outcome overwrite(QFile &file, const QByteArray &bytes)
+Outcome overwrite(const QString &path, const QByteArray &bytes)
 {
-    if (!isRegularFile(file))
-        return std::unexpected(notAFile);
-    if (!file.open(QIODevice::ReadWrite | QIODevice::ExistingOnly | QIODevice::Unbuffered))
-        return std::unexpected(file.errorString());
+    // Some devices do something when they are opened.
+    if (const QFileInfo info(path); info.exists() && !info.isFile())
+        return std::unexpected(Failure{Descriptor::notAFile});
+    auto file = Descriptor::open(path, O_RDWR);
+    if (!file)
+        return std::unexpected(Failure{file.error()});
+    const auto size = file->size();
+    if (!size)
+        return std::unexpected(Failure{size.error()});
 
-    const QByteArray old = readToEnd(file);
-    if (file.error() != QFileDevice::NoError || old.size() != file.size())
-        return std::unexpected(u"Its present content could not be kept safe"_s);
+    const auto old = file->readAll();
+    if (!old || old->size() != *size)
+        return std::unexpected(Failure{EIO, u"Its present content could not be kept safe"_s});
 
-    if (const Outcome reserved = reserve(file, bytes.size()); !reserved) {
-        file.resize(old.size());
-        return reserved;
+    bool touched = false;
+    auto written = file->reserve(bytes.size());
+    if (written)
+        written = replaceContent(*file, bytes, touched);
+    if (written)
+        return {};
+
+    Failure failure{written.error()};
+    const bool restored = touched ? replaceContent(*file, *old, touched).has_value()
+                                  : file->resize(old->size()).has_value();
+    if (!restored)
+        failure.reason += notRestored;
+    return std::unexpected(failure);
+}
+
+/// Makes a file that is not there yet. Of one that cannot be written whole nothing remains.
+Outcome writeNew(const QString &path, const QByteArray &bytes)
+{
+    QString made = path;
+    auto file = Descriptor::open(made, O_WRONLY | O_CREAT | O_EXCL);
+    if (!file && file.error() == EEXIST) {
+        if (made = dangling(path); !made.isEmpty())
+            file = Descriptor::open(made, O_WRONLY | O_CREAT | O_EXCL);
     }
-    Outcome written = replaceContent(file, bytes);
-    if (!written && !replaceContent(file, old))
-        written.error() += u", and its old content could not be put back completely"_s;
-    return written;
+    if (!file)
+        return std::unexpected(Failure{file.error()});
+
+    qint64 done = 0;
+    auto written = file->writeAll(bytes, done);
+    if (const auto closed = file->close(); written)
+        written = closed;
+    if (!written)
+        QFile::remove(made);
+    return toOutcome(written);
 }
 
 } // namespace
 
 std::expected<QByteArray, QString> readFile(const QUrl &source)
 {
-    QFile file(source.toLocalFile());
-    if (file.exists() && !isRegularFile(file))
-        return failure(u"read"_s, source, notAFile);
-    if (!file.open(QIODevice::ReadOnly | QIODevice::Unbuffered))
-        return failure(u"read"_s, source, file.errorString());
-    QByteArray content = readToEnd(file);
-    if (file.error() != QFileDevice::NoError)
-        return failure(u"read"_s, source, file.errorString());
-    return content;
+    auto file = Descriptor::open(source.toLocalFile(), O_RDONLY);
+    if (!file)
+        return sentence(u"read"_s, source, describe(file.error()));
+    auto content = file->readAll();
+    if (!content)
+        return sentence(u"read"_s, source, describe(content.error()));
+    return *std::move(content);
 }
 
-QUrl outputURL(const QUrl &source, const CompressionOptions &options)
+std::expected<QUrl, QString> writeOutput(const QUrl &source, const CompressionOptions &options,
+                                         const QByteArray &bytes)
 {
-    const QString sourceName = source.fileName();
-    const QString sourceExtension = pathExtension(sourceName);
-    const QString baseName =
-        sourceExtension.isEmpty() ? sourceName : sourceName.chopped(sourceExtension.size() + 1);
-    const QString extension =
-        options.convertEnabled ? fileExtension(options.convertFormat) : sourceExtension;
-
-    const auto inFolder = [](const QUrl &folder, const QString &name) {
-        const QString path = folder.toLocalFile();
-        return QUrl::fromLocalFile(path.endsWith(u'/') ? path + name : path + u'/' + name);
-    };
-    const auto firstFree = [&](const QUrl &folder, const QString &base) {
-        QUrl url = inFolder(folder, base + u'.' + extension);
-        for (int n = 1; QFileInfo::exists(url.toLocalFile()); ++n)
-            url = inFolder(folder, base + u'-' + QString::number(n) + u'.' + extension);
-        return url;
-    };
-
-    const QUrl sourceFolder = source.adjusted(QUrl::RemoveFilename);
-    switch (options.outputDestination) {
-    case OutputDestination::alongside: return firstFree(sourceFolder, baseName + u"-pixpress"_s);
-    case OutputDestination::overwrite:
-        if (options.convertEnabled && extension != sourceExtension.toLower())
-            return inFolder(sourceFolder, baseName + u'.' + extension);
-        return source;
-    case OutputDestination::customFolder:
-        return firstFree(options.customFolderURL.value_or(sourceFolder), baseName);
+    const OutputName name(source, options);
+    if (name.replaces()) {
+        if (auto written = writeFile(name.url(), bytes); !written)
+            return std::unexpected(written.error());
+        return name.url();
     }
-    Q_UNREACHABLE();
+    for (int number = 0;; ++number) {
+        const QUrl target = name.url(number);
+        const auto written = writeNew(target.toLocalFile(), bytes);
+        if (written)
+            return target;
+        if (written.error().error != EEXIST)
+            return sentence(u"write"_s, target, written.error().reason);
+    }
 }
 
 std::expected<void, QString> writeFile(const QUrl &target, const QByteArray &bytes)
 {
-    // Symbolic links to a file that does not exist yet make that file.
-    QFileInfo info(target.toLocalFile());
-    for (int links = 0; links < 40 && info.isSymLink() && !info.exists(); ++links)
-        info.setFile(info.symLinkTarget());
-    QFile file(info.filePath());
-    Outcome written;
-    if (file.open(QIODevice::WriteOnly | QIODevice::NewOnly | QIODevice::Unbuffered))
-        written = writeNew(file, bytes);
-    else if (file.exists())
-        written = overwrite(file, bytes);
-    else
-        written = std::unexpected(file.errorString());
+    const QString path = target.toLocalFile();
+    Outcome written = writeNew(path, bytes);
+    if (!written && written.error().error == EEXIST)
+        written = overwrite(path, bytes);
     if (!written)
-        return failure(u"write"_s, target, written.error());
+        return sentence(u"write"_s, target, written.error().reason);
     return {};
 }
 

@@ -17,8 +17,10 @@ namespace pixpress {
 /// The whole content of a regular file; pipes, devices and folders are refused.
 std::expected<QByteArray, QString> readFile(const QUrl &source);
 
-/// Where the output of a file goes. Looks at the disk: copies get the first free name.
-QUrl outputURL(const QUrl &source, const CompressionOptions &options);
+/// Writes the output of a source file to where the options say; returns where that is. Copies get
+/// the first free name: they never replace a file, not even one that appears meanwhile.
+std::expected<QUrl, QString> writeOutput(const QUrl &source, const CompressionOptions &options,
+                                         const QByteArray &bytes);
 
 /// Writes a whole file, into an existing one in place: its hard links, permissions, symbolic links
 /// and open handles stay. When that fails an existing file has its old content again, and a new

@@ -63,7 +63,8 @@ void CompressionQueue::retryTask(const QUuid &taskId, const CompressionOptions &
 void CompressionQueue::clearCompleted()
 {
     QList<CompressionTask> kept = m_tasks;
-    const auto removed = kept.removeIf([](const CompressionTask &task) { return hasEnded(task.status); });
+    const auto removed =
+        kept.removeIf([](const CompressionTask &task) { return hasEnded(task.status); });
     if (removed > 0)
         replaceTasks(std::move(kept));
 }

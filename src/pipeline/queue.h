@@ -49,7 +49,7 @@ public:
 
     // These cost the same however long the list is.
     bool hasActiveTasks() const { return m_totals.active > 0; } ///< Pending ones do not count.
-    bool hasEndedTasks() const { return m_totals.ended > 0; } ///< Completed or failed ones.
+    bool hasEndedTasks() const { return m_totals.ended > 0; }   ///< Completed or failed ones.
     qsizetype completedCount() const { return m_totals.completed; }
     qint64 totalSaved() const { return m_totals.saved; } ///< Bytes; negative when outputs grew.
     /// The task that would start next, by its index in tasks(); -1 when none is pending.

@@ -2,8 +2,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
 #include "pipeline/files.h"
+#include "pipeline/outputname.h"
 
 #include "support/child.h"
+#include "support/faults/faults.h"
 
 #include <QDir>
 #include <QFile>
@@ -31,10 +33,16 @@ private Q_SLOTS:
     void output_getsItsName();
     void customFolder_getsTheFile_data();
     void customFolder_getsTheFile();
+    void customFolderThatIsNone_isTheSourcesOwn_data();
+    void customFolderThatIsNone_isTheSourcesOwn();
     void outputOfFileInTheRootFolder_staysThere();
     void overwriting_usesTheVerySameAddress();
     void takenName_countsWhateverTakesIt_data();
     void takenName_countsWhateverTakesIt();
+    void takenName_ofADanglingLinkIsFree();
+    void nameTakenMeanwhile_leavesItsFileAlone_data();
+    void nameTakenMeanwhile_leavesItsFileAlone();
+    void output_thatCannotBeWrittenFails();
 
     void readFile_givesTheWholeContent_data();
     void readFile_givesTheWholeContent();
@@ -46,6 +54,9 @@ private Q_SLOTS:
     void readFile_ofMissingFileFails_data();
     void readFile_ofMissingFileFails();
     void readFile_ofForbiddenFileFails();
+    void readFile_ofPipePutInPlaceOfTheFileFails();
+    void readFile_takesAllOfAGrowingFile();
+    void readFile_ofMoreThanTheMemoryFails();
 
     void writeFile_makesANewFile_data();
     void writeFile_makesANewFile();
@@ -258,7 +269,14 @@ void FilesTest::output_getsItsName()
     put(folder + source);
     for (const QString &name : present)
         put(folder + name);
-    QCOMPARE(outputURL(url(folder + source), options), url(folder + output));
+    const auto written = writeOutput(url(folder + source), options, "output");
+    QCOMPARE(sentence(written), u"no error"_s);
+    QCOMPARE(*written, url(folder + output));
+    QCOMPARE(content(folder + output), "output");
+    for (const QString &name : present + QStringList(source)) {
+        if (name != output)
+            QCOMPARE(content(folder + name), "x");
+    }
 }
 
 void FilesTest::customFolder_getsTheFile_data()
@@ -278,7 +296,6 @@ void FilesTest::customFolder_getsTheFile_data()
     row("conversion", u"out"_s, true, taken, u"out/a.b.webp"_s);
     row("conversion, name taken", u"out"_s, true, {u"out/a.b.webp"_s}, u"out/a.b-1.webp"_s);
     row("number sign, percent, letters", u"Zü #1 100%25?"_s, false, {}, u"Zü #1 100%25?/a.b.PNG"_s);
-    row("not there yet", u"none/deep"_s, false, {}, u"none/deep/a.b.PNG"_s);
     row("the source's own", u"in"_s, false, {}, u"in/a.b-1.PNG"_s);
 }
 
@@ -289,24 +306,55 @@ void FilesTest::customFolder_getsTheFile()
     QFETCH(const QStringList, present);
     QFETCH(const QString, output);
     put(u"in/a.b.PNG"_s);
+    QVERIFY(QDir().mkpath(path(folder)));
     for (const QString &name : present)
         put(name);
     const CompressionOptions options{.convertEnabled = convert,
                                      .outputDestination = OutputDestination::customFolder,
                                      .customFolderURL = url(folder)};
-    QCOMPARE(outputURL(url(u"in/a.b.PNG"_s), options), url(output));
+    const auto written = writeOutput(url(u"in/a.b.PNG"_s), options, "output");
+    QCOMPARE(sentence(written), u"no error"_s);
+    QCOMPARE(*written, url(output));
+    QCOMPARE(content(output), "output");
+}
+
+void FilesTest::customFolderThatIsNone_isTheSourcesOwn_data()
+{
+    QTest::addColumn<QUrl>("folder");
+    QTest::newRow("empty") << QUrl();
+    QTest::newRow("empty file address") << QUrl(u"file:"_s);
+    QTest::newRow("file address without a path") << QUrl(u"file://"_s);
+    QTest::newRow("on the web") << QUrl(u"https://example.org/folder"_s);
+    QTest::newRow("in the program") << QUrl(u"qrc:/folder"_s);
+    QTest::newRow("without a scheme") << QUrl(u"/tmp"_s);
+}
+
+void FilesTest::customFolderThatIsNone_isTheSourcesOwn()
+{
+    QFETCH(const QUrl, folder);
+    const CompressionOptions options{.outputDestination = OutputDestination::customFolder,
+                                     .customFolderURL = folder};
+    const OutputName name(url(u"in/a.png"_s), options);
+    QCOMPARE(name.url(), url(u"in/a.png"_s));
+    QVERIFY(!name.replaces());
+    put(u"in/a.png"_s);
+    QCOMPARE(writeOutput(url(u"in/a.png"_s), options, "output").value_or(QUrl()),
+             url(u"in/a-1.png"_s));
+    QCOMPARE(content(u"in/a.png"_s), "x");
 }
 
 void FilesTest::outputOfFileInTheRootFolder_staysThere()
 {
     const QUrl source(u"file:///surely-not-there.png"_s);
-    QCOMPARE(outputURL(source, {}), QUrl(u"file:///surely-not-there-pixpress.png"_s));
-    QCOMPARE(outputURL(source,
-                       {.convertEnabled = true, .outputDestination = OutputDestination::overwrite}),
+    QCOMPARE(OutputName(source, {}).url(), QUrl(u"file:///surely-not-there-pixpress.png"_s));
+    QCOMPARE(OutputName(source,
+                        {.convertEnabled = true, .outputDestination = OutputDestination::overwrite})
+                 .url(),
              QUrl(u"file:///surely-not-there.webp"_s));
-    QCOMPARE(outputURL(url(u"surely-not-there.png"_s),
-                       {.outputDestination = OutputDestination::customFolder,
-                        .customFolderURL = QUrl(u"file:///"_s)}),
+    QCOMPARE(OutputName(url(u"surely-not-there.png"_s),
+                        {.outputDestination = OutputDestination::customFolder,
+                         .customFolderURL = QUrl(u"file:///"_s)})
+                 .url(),
              source);
 }
 
@@ -314,9 +362,9 @@ void FilesTest::overwriting_usesTheVerySameAddress()
 {
     // As file managers write it, which fromLocalFile() would not.
     const QUrl source(u"file:///folder/Gr%C3%B6%C3%9Fe%20%28100%25%29.png"_s);
-    QCOMPARE(outputURL(source, {.outputDestination = OutputDestination::overwrite}).toEncoded(),
-             source.toEncoded());
-    QCOMPARE(outputURL(source, {}).toLocalFile(), u"/folder/Größe (100%)-pixpress.png"_s);
+    const OutputName itself(source, {.outputDestination = OutputDestination::overwrite});
+    QCOMPARE(itself.url().toEncoded(), source.toEncoded());
+    QCOMPARE(OutputName(source, {}).url().toLocalFile(), u"/folder/Größe (100%)-pixpress.png"_s);
 }
 
 void FilesTest::takenName_countsWhateverTakesIt_data()
@@ -337,7 +385,69 @@ void FilesTest::takenName_countsWhateverTakesIt()
         QCOMPARE(mkfifo(qPrintable(taken), 0600), 0);
     else
         QVERIFY(QFile::link(u"a.png"_s, taken));
-    QCOMPARE(outputURL(url(u"a.png"_s), {}), url(u"a-pixpress-1.png"_s));
+    QCOMPARE(writeOutput(url(u"a.png"_s), {}, "output").value_or(QUrl()),
+             url(u"a-pixpress-1.png"_s));
+    QCOMPARE(content(u"a.png"_s), "x");
+}
+
+void FilesTest::takenName_ofADanglingLinkIsFree()
+{
+    put(u"a.png"_s);
+    QVERIFY(QFile::link(u"elsewhere.png"_s, path(u"a-pixpress.png"_s)));
+    QCOMPARE(writeOutput(url(u"a.png"_s), {}, "output").value_or(QUrl()), url(u"a-pixpress.png"_s));
+    QCOMPARE(content(u"elsewhere.png"_s), "output");
+}
+
+void FilesTest::nameTakenMeanwhile_leavesItsFileAlone_data()
+{
+    QTest::addColumn<OutputDestination>("destination");
+    QTest::addColumn<QString>("taken");
+    QTest::addColumn<QString>("output");
+    QTest::newRow("alongside") << OutputDestination::alongside << u"a-pixpress.png"_s
+                               << u"a-pixpress-1.png"_s;
+    QTest::newRow("custom folder")
+        << OutputDestination::customFolder << u"out/a.png"_s << u"out/a-1.png"_s;
+}
+
+void FilesTest::nameTakenMeanwhile_leavesItsFileAlone()
+{
+    QFETCH(const OutputDestination, destination);
+    QFETCH(const QString, taken);
+    QFETCH(const QString, output);
+    put(u"a.png"_s);
+    QVERIFY(QDir(m_folder->path()).mkdir(u"out"_s));
+    static QByteArray g_source;
+    static QByteArray g_taken;
+    g_source = path(u"a.png"_s).toUtf8();
+    g_taken = path(taken).toUtf8();
+    test::faults::observeOpening(
+        [](const char *opened) {
+            if (opened == g_taken)
+                QVERIFY(link(g_source.constData(), opened) == 0 || errno == EEXIST);
+        },
+        qPrintable(m_folder->path()));
+    const auto written =
+        writeOutput(url(u"a.png"_s),
+                    {.outputDestination = destination, .customFolderURL = url(u"out"_s)}, "output");
+    test::faults::observeOpening(nullptr);
+    QCOMPARE(sentence(written), u"no error"_s);
+    QCOMPARE(*written, url(output));
+    QCOMPARE(content(output), "output");
+    QCOMPARE(content(taken), "x");
+}
+
+void FilesTest::output_thatCannotBeWrittenFails()
+{
+    put(u"a.png"_s);
+    const CompressionOptions missing{.outputDestination = OutputDestination::customFolder,
+                                     .customFolderURL = url(u"none/deep"_s)};
+    QCOMPARE(sentence(writeOutput(url(u"a.png"_s), missing, "output")),
+             u"Could not write \"a.png\": No such file or directory."_s);
+    const CompressionOptions overwriting{.outputDestination = OutputDestination::overwrite};
+    QVERIFY(QDir(m_folder->path()).mkdir(u"b.png"_s));
+    QCOMPARE(sentence(writeOutput(url(u"b.png"_s), overwriting, "output")),
+             u"Could not write \"b.png\": It is not a regular file."_s);
+    QCOMPARE(names(), QStringList({u"a.png"_s, u"b.png"_s}));
 }
 
 void FilesTest::readFile_givesTheWholeContent_data()
@@ -469,6 +579,60 @@ void FilesTest::readFile_ofForbiddenFileFails()
     QCOMPARE(readByOthers(u"open.png"_s).answer, u"content"_s);
     QCOMPARE(readByOthers(u"closed.png"_s).answer,
              u"Could not read \"closed.png\": Permission denied."_s);
+}
+
+void FilesTest::readFile_ofPipePutInPlaceOfTheFileFails()
+{
+    put(u"a.png"_s, "content");
+    const auto result = test::inChild([this] { // which may hang
+        test::faults::observeOpening(
+            [](const char *opened) {
+                unlink(opened);
+                mkfifo(opened, 0600);
+            },
+            qPrintable(m_folder->path()));
+        return sentence(readFile(url(u"a.png"_s)));
+    });
+    QCOMPARE(result.signal, 0);
+    QCOMPARE(result.answer, u"Could not read \"a.png\": It is not a regular file."_s);
+}
+
+void FilesTest::readFile_takesAllOfAGrowingFile()
+{
+    put(u"a.png"_s, "start");
+    static QByteArray g_path;
+    static int g_rounds;
+    g_path = path(u"a.png"_s).toUtf8();
+    g_rounds = 10;
+    test::faults::observe(
+        [](test::faults::Call call, int) {
+            // Through another name than that of the observed folder.
+            if (call == test::faults::Call::read && g_rounds-- > 0) {
+                const auto size = statusOf(QString::fromUtf8(g_path)).st_size;
+                truncate(g_path.constData(), size + 3);
+            }
+        },
+        qPrintable(m_folder->path()));
+    const auto read = readFile(url(u"a.png"_s));
+    test::faults::observe(nullptr);
+    QCOMPARE(sentence(read), u"no error"_s);
+    QVERIFY(g_rounds <= 0);
+    QCOMPARE(*read, content(u"a.png"_s));
+    QCOMPARE(read->size(), 35);
+}
+
+void FilesTest::readFile_ofMoreThanTheMemoryFails()
+{
+    put(u"a.png"_s);
+    if (truncate(qPrintable(path(u"a.png"_s)), off_t(1) << 42) != 0)
+        QSKIP("The file system has no files of 4 TB.");
+    const auto result = test::inChild([this] {
+        const rlimit limit{rlim_t(1) << 41, rlim_t(1) << 41};
+        setrlimit(RLIMIT_AS, &limit);
+        return sentence(readFile(url(u"a.png"_s)));
+    });
+    QCOMPARE(result.signal, 0);
+    QCOMPARE(result.answer, u"Could not read \"a.png\": %1."_s.arg(qt_error_string(ENOMEM)));
 }
 
 void FilesTest::writeFile_makesANewFile_data()

@@ -10,6 +10,7 @@
 #include <array>
 #include <atomic>
 #include <cerrno>
+#include <cstdarg>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -33,9 +34,19 @@ std::atomic<int> g_met = 0;
 Path g_observedFolder{};
 std::atomic<void (*)(Call, int)> g_observer = nullptr;
 
+Path g_openingFolder{};
+std::atomic<void (*)(const char *)> g_openingObserver = nullptr;
+
 void setPath(Path &path, const char *text)
 {
     std::snprintf(path.data(), path.size(), "%s", text);
+}
+
+bool isBelow(const char *path, const Path &folder)
+{
+    const size_t end = std::strlen(folder.data());
+    return std::strncmp(path, folder.data(), end) == 0 &&
+           (path[end] == '/' || (end > 0 && path[end - 1] == '/'));
 }
 
 bool isBelow(int descriptor, const Path &folder)
@@ -46,9 +57,7 @@ bool isBelow(int descriptor, const Path &folder)
     const int before = errno;
     const ssize_t length = readlink(link.data(), path.data(), path.size() - 1);
     errno = before;
-    const size_t end = std::strlen(folder.data());
-    return length > 0 && std::strncmp(path.data(), folder.data(), end) == 0 &&
-           (path[end] == '/' || (end > 0 && path[end - 1] == '/'));
+    return length > 0 && isBelow(path.data(), folder);
 }
 
 enum class Part { whole, half, none };
@@ -166,7 +175,27 @@ void observe(void (*observer)(Call, int), const char *folder)
     g_observer = observer;
 }
 
+void observeOpening(void (*observer)(const char *), const char *folder)
+{
+    g_openingObserver = nullptr;
+    setPath(g_openingFolder, folder);
+    g_openingObserver = observer;
+}
+
 namespace {
+
+int openFile(int (*real)(const char *, int, ...), const char *path, int flags, mode_t mode)
+{
+    if (const auto observer = g_openingObserver.load(); observer && isBelow(path, g_openingFolder))
+        observer(path);
+    return real(path, flags, mode);
+}
+
+/// What open() gets after its flags, if it gets anything.
+mode_t modeOf(int flags, va_list more)
+{
+    return (flags & O_CREAT) || (flags & O_TMPFILE) == O_TMPFILE ? va_arg(more, mode_t) : 0;
+}
 
 template <typename Function, typename Buffer, typename... Offset>
 ssize_t transfer(Call call, Function *real, int descriptor, Buffer *buffer, size_t size,
@@ -203,6 +232,26 @@ int allocate(int (*real)(int, off_t, off_t), int descriptor, off_t offset, off_t
 using namespace pixpress::test::faults;
 
 extern "C" {
+
+int open(const char *path, int flags, ...)
+{
+    static const auto real = next<int(const char *, int, ...)>("open");
+    va_list more;
+    va_start(more, flags);
+    const mode_t mode = modeOf(flags, more);
+    va_end(more);
+    return openFile(real, path, flags, mode);
+}
+
+int open64(const char *path, int flags, ...)
+{
+    static const auto real = next<int(const char *, int, ...)>("open64");
+    va_list more;
+    va_start(more, flags);
+    const mode_t mode = modeOf(flags, more);
+    va_end(more);
+    return openFile(real, path, flags, mode);
+}
 
 ssize_t read(int descriptor, void *buffer, size_t size)
 {

@@ -50,4 +50,8 @@ int disarm();
 /// to end it.
 void observe(void (*observer)(Call call, int descriptor), const char *folder = "/");
 
+/// Is called with the path before a file below `folder` is opened or made, if it is opened by an
+/// absolute path; may change what is there, but not open files itself. Pass nothing to end it.
+void observeOpening(void (*observer)(const char *path), const char *folder = "/");
+
 } // namespace pixpress::test::faults

@@ -1,0 +1,158 @@
+// SPDX-FileCopyrightText: 2026 The Pixpress authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#include "pipeline/descriptor.h"
+
+#include "service/hugepages.h"
+
+#include <QFile>
+
+#include <algorithm>
+#include <cerrno>
+#include <fcntl.h>
+#include <new>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace pixpress {
+
+namespace {
+
+// Some systems refuse calls for more than 2 GB.
+constexpr qint64 largestCall = 1 << 30;
+
+constexpr mode_t leaveItToTheUmask = 0666;
+
+/// Makes the call again as long as signals interrupt it.
+template <typename Call>
+auto uninterrupted(Call call)
+{
+    auto result = call();
+    while (result == -1 && errno == EINTR)
+        result = call();
+    return result;
+}
+
+Descriptor::Result<> toResult(bool succeeded)
+{
+    if (succeeded)
+        return {};
+    return std::unexpected(errno);
+}
+
+} // namespace
+
+Descriptor::Result<Descriptor> Descriptor::open(const QString &path, int flags)
+{
+    const QByteArray name = QFile::encodeName(path);
+    const int descriptor = uninterrupted([&] {
+        return ::open(name.constData(), flags | O_CLOEXEC | O_NOCTTY | O_NONBLOCK,
+                      leaveItToTheUmask);
+    });
+    if (descriptor == -1)
+        return std::unexpected(errno);
+    return Descriptor(descriptor);
+}
+
+Descriptor::~Descriptor()
+{
+    if (m_descriptor != -1)
+        ::close(m_descriptor);
+}
+
+Descriptor::Result<qint64> Descriptor::size() const
+{
+    struct stat status = {};
+    if (fstat(m_descriptor, &status) != 0)
+        return std::unexpected(errno);
+    if (!S_ISREG(status.st_mode))
+        return std::unexpected(notAFile);
+    return status.st_size;
+}
+
+Descriptor::Result<QByteArray> Descriptor::readAll()
+{
+    const auto expected = size();
+    if (!expected)
+        return std::unexpected(expected.error());
+
+    QByteArray content;
+    qint64 done = 0;
+    try {
+        // One byte more, so that the end of a file of that size is met without adding room.
+        content = QByteArray(*expected + 1, Qt::Uninitialized);
+        preferHugePages(content);
+        while (true) {
+            const auto got = uninterrupted([&] {
+                return pread(m_descriptor, content.data() + done,
+                             static_cast<size_t>(std::min(content.size() - done, largestCall)),
+                             done);
+            });
+            if (got < 0)
+                return std::unexpected(errno);
+            if (got == 0)
+                break;
+            done += got;
+            if (done == content.size()) // it has grown since
+                content.resize(content.size() * 2);
+        }
+    } catch (const std::bad_alloc &) {
+        return std::unexpected(ENOMEM);
+    }
+    content.resize(done);
+    return content;
+}
+
+Descriptor::Result<> Descriptor::writeAll(const QByteArray &bytes, qint64 &written)
+{
+    for (written = 0; written < bytes.size();) {
+        const auto put = uninterrupted([&] {
+            return pwrite(m_descriptor, bytes.constData() + written,
+                          static_cast<size_t>(std::min(bytes.size() - written, largestCall)),
+                          written);
+        });
+        if (put < 0)
+            return std::unexpected(errno);
+        if (put == 0)
+            return std::unexpected(ENOSPC);
+        written += put;
+    }
+    return {};
+}
+
+Descriptor::Result<> Descriptor::reserve(qint64 size)
+{
+#if defined(_POSIX_ADVISORY_INFO) && _POSIX_ADVISORY_INFO > 0
+    int error = 0;
+    do {
+        error = size > 0 ? posix_fallocate(m_descriptor, 0, size) : 0;
+    } while (error == EINTR);
+    if (error != 0)
+        return std::unexpected(error);
+    return {};
+#else
+    const auto present = this->size();
+    return !present          ? std::unexpected(present.error())
+           : size > *present ? resize(size)
+                             : Result<>();
+#endif
+}
+
+Descriptor::Result<> Descriptor::resize(qint64 size)
+{
+    return toResult(uninterrupted([&] { return ftruncate(m_descriptor, size); }) == 0);
+}
+
+Descriptor::Result<> Descriptor::sync()
+{
+    return toResult(uninterrupted([&] { return fsync(m_descriptor); }) == 0);
+}
+
+Descriptor::Result<> Descriptor::close()
+{
+    // Closed it is in any case, also when that was interrupted.
+    const int result = ::close(std::exchange(m_descriptor, -1));
+    return toResult(result == 0 || errno == EINTR);
+}
+
+} // namespace pixpress

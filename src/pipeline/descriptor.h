@@ -1,0 +1,58 @@
+// SPDX-FileCopyrightText: 2026 The Pixpress authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+
+#include <expected>
+#include <utility>
+
+namespace pixpress {
+
+/// An open file of the system, closed with this object. Every call is one that QFile would make,
+/// but each failure of the disk is told (QFile takes some for the end of the file), and the file
+/// that is looked at is the one that was opened. Errors are values of
+/// errno, or notAFile.
+class Descriptor
+{
+public:
+    template <typename T = void>
+    using Result = std::expected<T, int>;
+
+    static constexpr int notAFile = -1;
+
+    /// Never waits for the other end of a pipe. `flags` are those of open(2).
+    static Result<Descriptor> open(const QString &path, int flags);
+
+    Descriptor(Descriptor &&other) noexcept : m_descriptor(std::exchange(other.m_descriptor, -1)) {}
+    Descriptor &operator=(Descriptor &&other) noexcept
+    {
+        std::swap(m_descriptor, other.m_descriptor);
+        return *this;
+    }
+    ~Descriptor();
+
+    /// In bytes; fails with notAFile for what is no regular file, such as a folder or a pipe.
+    Result<qint64> size() const;
+
+    /// What is between the start and the end.
+    Result<QByteArray> readAll();
+    /// Writes from the start on. `written` tells how much, also after an error.
+    Result<> writeAll(const QByteArray &bytes, qint64 &written);
+    /// Makes sure that the file system has room for so many bytes of this file, which may grow.
+    Result<> reserve(qint64 size);
+    Result<> resize(qint64 size);
+    /// Returns when the data is on the disk.
+    Result<> sync();
+    /// Closes early, to learn of errors that are only told then.
+    Result<> close();
+
+private:
+    explicit Descriptor(int descriptor) : m_descriptor(descriptor) {}
+
+    int m_descriptor;
+};
+
+} // namespace pixpress

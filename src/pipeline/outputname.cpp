@@ -1,0 +1,57 @@
+// SPDX-FileCopyrightText: 2026 The Pixpress authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#include "pipeline/outputname.h"
+
+#include <utility>
+
+using namespace Qt::StringLiterals;
+
+namespace pixpress {
+
+namespace {
+
+QString folderOf(const QUrl &source)
+{
+    return source.adjusted(QUrl::RemoveFilename).toLocalFile();
+}
+
+} // namespace
+
+OutputName::OutputName(const QUrl &source, const CompressionOptions &options)
+    : m_folder(folderOf(source))
+{
+    const QString sourceName = source.fileName();
+    const QString sourceExtension = pathExtension(sourceName);
+    m_baseName =
+        sourceExtension.isEmpty() ? sourceName : sourceName.chopped(sourceExtension.size() + 1);
+    m_extension = options.convertEnabled ? fileExtension(options.convertFormat) : sourceExtension;
+
+    switch (options.outputDestination) {
+    case OutputDestination::alongside: m_baseName += "-pixpress"_L1; return;
+    case OutputDestination::overwrite:
+        m_replaces = true;
+        if (!options.convertEnabled || m_extension == sourceExtension.toLower())
+            m_whole = source;
+        return;
+    case OutputDestination::customFolder:
+        // An address that names no folder of this machine would lead to the root folder.
+        if (const QString chosen = options.customFolderURL.value_or(QUrl()).toLocalFile();
+            !chosen.isEmpty())
+            m_folder = chosen;
+        if (!m_folder.endsWith(u'/'))
+            m_folder += u'/';
+        return;
+    }
+    Q_UNREACHABLE();
+}
+
+QUrl OutputName::url(int number) const
+{
+    if (!m_whole.isEmpty())
+        return m_whole;
+    const QString suffix = number > 0 ? u'-' + QString::number(number) : QString();
+    return QUrl::fromLocalFile(m_folder + m_baseName + suffix + u'.' + m_extension);
+}
+
+} // namespace pixpress

@@ -1,0 +1,33 @@
+// SPDX-FileCopyrightText: 2026 The Pixpress authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#pragma once
+
+#include "model/options.h"
+
+#include <QString>
+#include <QUrl>
+
+namespace pixpress {
+
+/// Where the output of a file goes. Does not look at the disk.
+class OutputName
+{
+public:
+    OutputName(const QUrl &source, const CompressionOptions &options);
+
+    /// Whether the output replaces what has its name. Else it gets the first name that is free.
+    bool replaces() const { return m_replaces; }
+
+    /// The output's name, and those (from 1 on) that follow when that is taken.
+    QUrl url(int number = 0) const;
+
+private:
+    QUrl m_whole; // when it is the source itself
+    QString m_folder;
+    QString m_baseName;
+    QString m_extension;
+    bool m_replaces = false;
+};
+
+} // namespace pixpress
