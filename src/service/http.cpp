@@ -59,10 +59,21 @@ public:
 
     void start(quint64 id, HttpRequest request)
     {
+        EasyHandle handle;
         {
             const std::lock_guard lock(m_mutex);
-            m_new.push_back(
-                std::make_unique<Transfer>(id, std::move(request), m_limits, m_sockets));
+            if (!m_idle.empty()) {
+                handle = std::move(m_idle.back());
+                m_idle.pop_back();
+            }
+        }
+        if (!handle)
+            handle = Transfer::makeHandle(m_limits, m_sockets);
+        auto transfer = std::make_unique<Transfer>(id, std::move(request), std::move(handle),
+                                                   m_limits, m_sockets);
+        {
+            const std::lock_guard lock(m_mutex);
+            m_new.push_back(std::move(transfer));
         }
         curl_multi_wakeup(m_multi);
     }
@@ -154,10 +165,12 @@ private:
         {
             const std::lock_guard lock(m_mutex);
             m_finished.emplace_back((*transfer)->id(), std::move(result));
+            m_idle.push_back((*transfer)->takeHandle());
         }
-        m_transfers.erase(transfer);
+        // First of all, so that the client goes on while this thread tidies up.
         QMetaObject::invokeMethod(
             &m_client, [client = &m_client] { client->deliver(); }, Qt::QueuedConnection);
+        m_transfers.erase(transfer);
     }
 
     HttpClient &m_client;
@@ -169,6 +182,7 @@ private:
     std::mutex m_mutex; // guards what follows; never held while anything is called
     std::vector<std::unique_ptr<Transfer>> m_new;
     std::vector<std::pair<quint64, HttpResult>> m_finished;
+    std::vector<EasyHandle> m_idle;
     bool m_stopping = false;
 
     std::thread m_thread; // last: it uses all of the above

@@ -3,6 +3,8 @@
 
 #include "service/transfer.h"
 
+#include "service/hugepages.h"
+
 #include <algorithm>
 #include <cstring>
 #include <sys/socket.h>
@@ -22,6 +24,9 @@ constexpr long receiveBuffer = 512 << 10;
 
 // Larger ones widen the moment in which answerIsWaiting() is not yet, or no longer, true.
 constexpr long sendBuffer = 64 << 10;
+
+// Up to this size libcurl sends a body together with the head, if it has it in memory.
+constexpr qsizetype smallBody = 60 << 10;
 
 TransportError other(const QString &description)
 {
@@ -82,28 +87,55 @@ TransportError refusedAddress()
             u"The server named an address that is not secure, so nothing was sent there."_s};
 }
 
-Transfer::Transfer(quint64 id, HttpRequest request, const HttpLimits &limits, OpenSockets &sockets)
+EasyHandle Transfer::makeHandle(const HttpLimits &limits, OpenSockets &sockets)
+{
+    EasyHandle handle(curl_easy_init());
+    CURL *const easy = handle.get();
+    const auto set = [easy](CURLoption option, auto value) {
+        curl_easy_setopt(easy, option, value);
+    };
+    if (!limits.caBundle.isEmpty())
+        set(CURLOPT_CAINFO, limits.caBundle.toUtf8().constData());
+    sockets.watch(easy);
+    set(CURLOPT_NOSIGNAL, 1L);
+    set(CURLOPT_QUICK_EXIT, 1L); // do not wait for a name server when the program ends
+    set(CURLOPT_TCP_NODELAY, 1L);
+    set(CURLOPT_BUFFERSIZE, receiveBuffer);
+    set(CURLOPT_UPLOAD_BUFFERSIZE, sendBuffer);
+    set(CURLOPT_READFUNCTION, &Transfer::sendBody);
+    set(CURLOPT_PREREQFUNCTION, &Transfer::beforeRequest);
+    set(CURLOPT_HEADERFUNCTION, &Transfer::receiveHeader);
+    set(CURLOPT_WRITEFUNCTION, &Transfer::receiveBody);
+    return handle;
+}
+
+Transfer::Transfer(quint64 id, HttpRequest request, EasyHandle handle, const HttpLimits &limits,
+                   const OpenSockets &sockets)
     : m_id(id),
       m_limits(limits),
       m_sockets(sockets),
       m_request(std::move(request)),
-      m_easy(curl_easy_init())
+      m_easy(std::move(handle))
 {
+    const auto set = [this](CURLoption option) { curl_easy_setopt(m_easy.get(), option, this); };
+    set(CURLOPT_READDATA);
+    set(CURLOPT_PREREQDATA);
+    set(CURLOPT_HEADERDATA);
+    set(CURLOPT_WRITEDATA);
     prepare();
 }
 
+/// Sets all that differs from request to request.
 void Transfer::prepare()
 {
-    CURL *const easy = m_easy.get();
-    curl_easy_reset(easy);
     m_response = {};
     m_sent = 0;
     m_attempts = 0;
     m_paused = false;
     m_headIsComplete = false;
 
-    const auto set = [easy](CURLoption option, auto value) {
-        curl_easy_setopt(easy, option, value);
+    const auto set = [this](CURLoption option, auto value) {
+        curl_easy_setopt(m_easy.get(), option, value);
     };
 
     // Credentials in an address are nobody's business here; a fragment is not for servers.
@@ -111,16 +143,8 @@ void Transfer::prepare()
     const bool secure = m_request.url.scheme() == "https"_L1;
     set(CURLOPT_URL, url.constData());
     set(CURLOPT_PROTOCOLS_STR, secure ? "https" : "http");
-    if (!secure)
-        set(CURLOPT_PROXY, ""); // this machine is not reached through a proxy
-    if (!m_limits.caBundle.isEmpty())
-        set(CURLOPT_CAINFO, m_limits.caBundle.toUtf8().constData());
-    m_sockets.watch(easy);
-    set(CURLOPT_NOSIGNAL, 1L);
-    set(CURLOPT_QUICK_EXIT, 1L); // do not wait for a name server when the program ends
-    set(CURLOPT_TCP_NODELAY, 1L);
-    set(CURLOPT_BUFFERSIZE, receiveBuffer);
-    set(CURLOPT_UPLOAD_BUFFERSIZE, sendBuffer);
+    // This machine is not reached through a proxy; without a text the environment names it.
+    set(CURLOPT_PROXY, secure ? nullptr : "");
 
     curl_slist *headers = nullptr;
     if (!m_request.authorization.isEmpty())
@@ -129,21 +153,13 @@ void Transfer::prepare()
     headers = append(headers, "Content-Type:" + (m_request.contentType.isEmpty()
                                                      ? QByteArray()
                                                      : " " + m_request.contentType));
-    m_headers.reset(headers);
     set(CURLOPT_HTTPHEADER, headers);
+    m_headers.reset(headers);
 
-    if (m_request.body) {
-        set(CURLOPT_POST, 1L);
-        set(CURLOPT_POSTFIELDSIZE_LARGE, static_cast<curl_off_t>(m_request.body->size()));
-        set(CURLOPT_READFUNCTION, &Transfer::sendBody);
-        set(CURLOPT_READDATA, this);
-    }
-    set(CURLOPT_PREREQFUNCTION, &Transfer::beforeRequest);
-    set(CURLOPT_PREREQDATA, this);
-    set(CURLOPT_HEADERFUNCTION, &Transfer::receiveHeader);
-    set(CURLOPT_HEADERDATA, this);
-    set(CURLOPT_WRITEFUNCTION, &Transfer::receiveBody);
-    set(CURLOPT_WRITEDATA, this);
+    const auto &body = m_request.body;
+    set(CURLOPT_POSTFIELDS, body && body->size() <= smallBody ? body->constData() : nullptr);
+    set(CURLOPT_POSTFIELDSIZE_LARGE, static_cast<curl_off_t>(body ? body->size() : -1));
+    set(body ? CURLOPT_POST : CURLOPT_HTTPGET, 1L);
 }
 
 Transfer::Clock::time_point Transfer::deadline() const
@@ -195,8 +211,10 @@ void Transfer::readHeaders()
         m_response.headers.insert(QByteArray(header->name).toLower(), header->value);
 }
 
-bool Transfer::answerIsWaiting() const
+bool Transfer::answerIsWaiting()
 {
+    if (m_socket == CURL_SOCKET_BAD)
+        m_socket = m_sockets.find(m_localPort);
     char byte = 0;
     return m_socket != CURL_SOCKET_BAD && recv(m_socket, &byte, 1, MSG_PEEK | MSG_DONTWAIT) > 0;
 }
@@ -248,6 +266,7 @@ size_t Transfer::receiveBody(char *data, size_t size, size_t count, void *self)
         curl_off_t announced = -1;
         curl_easy_getinfo(transfer.handle(), CURLINFO_CONTENT_LENGTH_DOWNLOAD_T, &announced);
         body.reserve(std::clamp<qint64>(announced, 0, maxReserved));
+        preferHugePages(body);
     }
     const auto length = static_cast<qsizetype>(size * count);
     if (body.size() + length > transfer.m_limits.largestAnswer) {
@@ -264,7 +283,8 @@ size_t Transfer::receiveBody(char *data, size_t size, size_t count, void *self)
 int Transfer::beforeRequest(void *self, char *, char *, int, int localPort)
 {
     auto &transfer = *static_cast<Transfer *>(self);
-    transfer.m_socket = transfer.m_sockets.find(localPort);
+    transfer.m_localPort = localPort;
+    transfer.m_socket = CURL_SOCKET_BAD;
     const bool again = ++transfer.m_attempts > 1;
     return again && transfer.m_request.body ? CURL_PREREQFUNC_ABORT : CURL_PREREQFUNC_OK;
 }

@@ -17,15 +17,32 @@ namespace pixpress {
 /// The error of a request to an address that isAllowedAddress() refuses.
 TransportError refusedAddress();
 
-/// One request on its way: a libcurl easy handle with what its callbacks read and fill. Used by
-/// one thread at a time; stays where it was made, for libcurl holds its address.
+template <auto cleanup>
+struct Cleanup
+{
+    template <typename T>
+    void operator()(T *object) const
+    {
+        cleanup(object);
+    }
+};
+
+/// libcurl's handle of a request, which one request after another may use.
+using EasyHandle = std::unique_ptr<CURL, Cleanup<curl_easy_cleanup>>;
+
+/// One request on its way: a libcurl handle with what its callbacks read and fill. Used by one
+/// thread at a time; stays where it was made, for libcurl holds its address.
 class Transfer
 {
 public:
     using Clock = std::chrono::steady_clock;
 
-    /// `sockets` outlive the transfer.
-    Transfer(quint64 id, HttpRequest request, const HttpLimits &limits, OpenSockets &sockets);
+    /// A handle for transfers with these limits and sockets, which outlive it.
+    static EasyHandle makeHandle(const HttpLimits &limits, OpenSockets &sockets);
+
+    /// `limits` and `sockets` are those of the handle.
+    Transfer(quint64 id, HttpRequest request, EasyHandle handle, const HttpLimits &limits,
+             const OpenSockets &sockets);
     Transfer(const Transfer &) = delete;
     Transfer &operator=(const Transfer &) = delete;
 
@@ -42,35 +59,29 @@ public:
     /// the handle is ready for the request that follows.
     std::optional<HttpResult> finish(CURLcode code);
 
+    /// The handle, for the next transfer; what remains of this one can only be destroyed.
+    EasyHandle takeHandle() { return std::move(m_easy); }
+
 private:
     void prepare();
     std::optional<HttpResult> follow(const QUrl &target);
     void readHeaders();
-    bool answerIsWaiting() const;
+    bool answerIsWaiting();
 
     static size_t sendBody(char *to, size_t size, size_t count, void *self);
     static size_t receiveHeader(char *data, size_t size, size_t count, void *self);
     static size_t receiveBody(char *data, size_t size, size_t count, void *self);
     static int beforeRequest(void *self, char *, char *, int, int);
 
-    template <auto cleanup>
-    struct Cleanup
-    {
-        template <typename T>
-        void operator()(T *object) const
-        {
-            cleanup(object);
-        }
-    };
-
     const quint64 m_id;
-    const HttpLimits m_limits;
-    OpenSockets &m_sockets;
+    const HttpLimits &m_limits;
+    const OpenSockets &m_sockets;
     HttpRequest m_request;
     HttpResponse m_response;
 
     std::unique_ptr<curl_slist, Cleanup<curl_slist_free_all>> m_headers;
-    std::unique_ptr<CURL, Cleanup<curl_easy_cleanup>> m_easy; // before what it uses goes
+    EasyHandle m_easy; // before what it uses goes
+    int m_localPort = 0;
     curl_socket_t m_socket = CURL_SOCKET_BAD;
     qsizetype m_sent = 0;
     bool m_paused = false;

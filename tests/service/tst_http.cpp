@@ -42,6 +42,7 @@ private Q_SLOTS:
     void post_sendsTheBodyWithoutContentType();
     void answer_keepsStatusHeadersAndBody();
     void requests_shareAKeptAliveConnection();
+    void requests_leaveNothingToTheNext();
     void requests_runAtTheSameTime();
 
     void answerBody_arrivesWhole_data();
@@ -93,6 +94,8 @@ void HttpTest::post_sendsTheBodyWithoutContentType_data()
     QTest::addColumn<QByteArray>("body");
     QTest::newRow("empty") << QByteArray();
     QTest::newRow("small") << QByteArray("small\0body", 10);
+    for (const int size : {61'439, 61'440, 61'441, 65'535, 65'536, 65'537}) // sent in other ways
+        QTest::addRow("%d bytes", size) << QByteArray(size, 'z');
     QTest::newRow("500 kB") << QByteArray(500'000, 'x');
     QTest::newRow("20 MB") << QByteArray(20'000'000, 'y');
 }
@@ -130,6 +133,27 @@ void HttpTest::requests_shareAKeptAliveConnection()
     for (int i = 0; i < 5; ++i)
         QCOMPARE(outcome(send(client, post(server.url(), "x"))), u"200"_s);
     QCOMPARE(server.requests.size(), 5);
+    QCOMPARE(server.connections, 1);
+}
+
+void HttpTest::requests_leaveNothingToTheNext()
+{
+    ScriptedServer server(echo);
+    HttpClient client({});
+    const QList<QByteArray> bodies{"small", QByteArray(200'000, 'x'), "", "last"};
+    for (const QByteArray &body : bodies) {
+        const HttpRequest full{.url = server.url(u"/full"_s),
+                               .authorization = "Basic eA==",
+                               .contentType = "text/plain",
+                               .body = body};
+        QVERIFY(send(client, full)->body == "POST " + body);
+        QCOMPARE(server.requests.last().headers.value("content-type"), "text/plain");
+        QCOMPARE(send(client, get(server.url(u"/bare"_s)))->body, "GET ");
+        const Request &bare = server.requests.last();
+        QCOMPARE(bare.target, "/bare");
+        for (const auto *header : {"authorization", "content-type", "content-length"})
+            QVERIFY2(!bare.headers.contains(header), header);
+    }
     QCOMPARE(server.connections, 1);
 }
 
