@@ -6,11 +6,12 @@
 #include "localservice/decode.h"
 #include "localservice/encode.h"
 #include "localservice/metadata.h"
+#include "localservice/reshape.h"
 #include "localservice/sniff.h"
+#include "localservice/strip.h"
 #include "pictures/vipslibrary.h"
 
 #include <new>
-#include <vector>
 
 using namespace Qt::StringLiterals;
 
@@ -68,71 +69,6 @@ std::expected<Opened, CodecError> open(const QByteArray &original, qint64 maxPix
     }
 }
 
-/// The part of `scaled` that the result shows: its most interesting one for a thumbnail, else the
-/// middle.
-VipsRect window(const VImage &scaled, PixelSize result, ResizeMode method)
-{
-    const int width = static_cast<int>(result.width);
-    const int height = static_cast<int>(result.height);
-    if (method == ResizeMode::thumb) {
-        const VImage crop = scaled.smartcrop(
-            width, height, VImage::option()->set("interesting", VIPS_INTERESTING_ATTENTION));
-        return {-crop.xoffset(), -crop.yoffset(), width, height};
-    }
-    return {(scaled.width() - width) / 2, (scaled.height() - height) / 2, width, height};
-}
-
-VImage scaleFrame(const VImage &frame, PixelSize size)
-{
-    const double horizontal = static_cast<double>(size.width) / frame.width();
-    const double vertical = static_cast<double>(size.height) / frame.height();
-    auto *options = VImage::option()->set("vscale", vertical);
-    if (!frame.has_alpha())
-        return frame.resize(horizontal, options);
-    // Else the colour under transparent pixels would bleed into the edges.
-    return frame.premultiply().resize(horizontal, options).unpremultiply().cast(VIPS_FORMAT_UCHAR);
-}
-
-VImage resized(const VImage &image, const PictureInfo &info, const ResizePlan &plan,
-               ResizeMode method)
-{
-    const int frameHeight = image.height() / static_cast<int>(info.frameCount);
-    std::vector<VImage> frames;
-    VipsRect area{};
-    for (int i = 0; i < info.frameCount; ++i) {
-        VImage frame =
-            scaleFrame(image.crop(0, i * frameHeight, image.width(), frameHeight), plan.scaled);
-        if (plan.result != plan.scaled) {
-            // The same part of every frame, else the picture would jump about.
-            if (i == 0) {
-                frame = frame.copy_memory();
-                area = window(frame, plan.result, method);
-            }
-            frame = frame.crop(area.left, area.top, area.width, area.height);
-        }
-        frames.push_back(frame);
-    }
-    VImage joined = frames.size() == 1
-                        ? frames.front()
-                        : VImage::arrayjoin(frames, VImage::option()->set("across", 1));
-    joined = joined.copy_memory();
-    if (frames.size() > 1)
-        joined.set(VIPS_META_PAGE_HEIGHT, static_cast<int>(plan.result.height));
-    return joined;
-}
-
-VImage flattened(const VImage &image, RequestOptions::Colour colour)
-{
-    const auto [red, green, blue] = colour;
-    const bool isGrey = image.bands() < 3 && red == green && green == blue;
-    const std::vector<double> background =
-        isGrey ? std::vector<double>{double(red)}
-               : std::vector<double>{double(red), double(green), double(blue)};
-    const VImage source =
-        image.bands() < 3 && !isGrey ? image.colourspace(VIPS_INTERPRETATION_sRGB) : image;
-    return source.flatten(VImage::option()->set("background", background)).copy_memory();
-}
-
 /// The sides that a format can store.
 qint64 maxSideOf(ImageFormat format)
 {
@@ -167,9 +103,20 @@ std::expected<Encoded, CodecError> encodeSmallest(const VImage &pixels, PixelSiz
     return smallest;
 }
 
-const QByteArray &smaller(const QByteArray &compressed, const QByteArray &original)
+/// What answers for a picture that is to keep its look: the compressed copy, or the original
+/// without its metadata when that is smaller. An original whose pixels were to be turned or
+/// converted steps in only when the copy is larger than the file was.
+QByteArray smaller(const QByteArray &compressed, const QByteArray &original, const Opened &opened,
+                   const Preserve &preserve)
 {
-    return compressed.size() < original.size() ? compressed : original;
+    if (!isPlain(opened.image) && compressed.size() <= original.size())
+        return compressed;
+    // An AVIF file tells elsewhere how its pixels are to be turned.
+    const bool needsOrientation = vips_image_get_orientation(opened.image.get_image()) > 1 &&
+                                  opened.info.format != ImageFormat::avif;
+    const auto kept = stripped(original, opened.info.format,
+                               preservedExif(opened.image, preserve, needsOrientation));
+    return kept && kept->size() < compressed.size() ? *kept : compressed;
 }
 
 std::expected<Encoded, CodecError> work(const QByteArray &original, const RequestOptions &options,
@@ -189,14 +136,15 @@ std::expected<Encoded, CodecError> work(const QByteArray &original, const Reques
                                  (!options.resize || planResize(info.frame, *options.resize) ==
                                                          ResizePlan{info.frame, info.frame});
         const auto direct =
-            keepsPixels ? recompressJpeg(original,
-                                         exifBlock(withoutMetadata(opened.image, options.preserve)),
-                                         stopped)
-                        : RecompressedJpeg{isJpegDamaged(original, stopped), {}};
+            keepsPixels
+                ? recompressJpeg(original, preservedExif(opened.image, options.preserve, false),
+                                 stopped)
+                : RecompressedJpeg{isJpegDamaged(original, stopped), {}};
         if (direct.isDamaged)
             return damaged();
         if (!direct.bytes.isEmpty())
-            return Encoded{smaller(direct.bytes, original), info.format, info.frame};
+            return Encoded{smaller(direct.bytes, original, opened, options.preserve), info.format,
+                           info.frame};
     }
 
     VImage decoded;
@@ -218,11 +166,16 @@ std::expected<Encoded, CodecError> work(const QByteArray &original, const Reques
         keepsSize ? decoded : resized(decoded, info, plan, options.resize->method);
     auto encoded = encodeSmallest(pixels, plan.result, options, formats, stopped);
     if (encoded && keepsLook)
-        encoded->bytes = smaller(encoded->bytes, original);
+        encoded->bytes = smaller(encoded->bytes, original, opened, options.preserve);
     return encoded;
 }
 
 } // namespace
+
+CodecError serviceStopped()
+{
+    return {CodecFault::stopped, u"The service is being stopped."_s};
+}
 
 std::expected<PictureInfo, CodecError> inspect(const QByteArray &original, qint64 maxPixels)
 {
@@ -251,7 +204,7 @@ std::expected<Encoded, CodecError> compress(const QByteArray &original,
         result = fault(CodecFault::failed, u"There is not enough memory for this image."_s);
     }
     if (stopped)
-        return fault(CodecFault::stopped, u"The service is being stopped."_s);
+        return Fault(serviceStopped());
     return result;
 }
 

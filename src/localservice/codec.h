@@ -28,6 +28,9 @@ struct CodecError
     QString message; ///< A sentence for a person.
 };
 
+/// When the stop flag was raised.
+CodecError serviceStopped();
+
 /// What the header of a picture states.
 struct PictureInfo
 {
@@ -52,7 +55,8 @@ std::expected<PictureInfo, CodecError> inspect(const QByteArray &original, qint6
 /// Makes the picture smaller. Blocks for as long as that takes, on as many cores as there are; may
 /// be called from several threads. The pixels are turned upright and converted to sRGB, metadata is
 /// dropped except what is to be preserved. When neither size, format nor transparency changes and
-/// nothing smaller comes out, the original itself is the answer, metadata and all.
+/// nothing smaller comes out, the original is the answer, freed of metadata in the same way; its
+/// pixels are then as they were, with what tells how to turn them.
 ///
 /// Preserved metadata is what the EXIF data holds; rights stated only in XMP, IPTC or PNG text are
 /// not carried over.

@@ -20,7 +20,9 @@ thread_local bool isRefusing = false;
 struct ConnectionServer::Connection
 {
     socket_t socket;
-    bool isIdle = true; ///< Between two requests. Guarded by the server's mutex.
+    /// Between two requests. Not before the first, which is on its way: a new connection is not
+    /// ended to make room for the next. Guarded by the server's mutex.
+    bool isIdle = false;
 };
 
 /// Counts the connections that wait for a thread too, and makes room for them.

@@ -3,12 +3,8 @@
 
 #include "localservice/encode.h"
 
-#include <cstdio> // jpeglib.h needs it and does not say so.
+#include "localservice/jpegerrors.h"
 
-#include <jerror.h>
-#include <jpeglib.h>
-
-#include <csetjmp>
 #include <cstdlib>
 #include <iterator>
 #include <numeric>
@@ -16,49 +12,6 @@
 namespace pixpress {
 
 namespace {
-
-// libjpeg reports by callbacks and leaves a failed call by longjmp, so what lives across one is
-// held here and freed by Recompression's destructor, never by an object inside the jumped-over
-// function.
-struct ErrorManager
-{
-    jpeg_error_mgr base;
-    std::jmp_buf escape;
-    bool isDamaged = false;
-};
-
-struct StopMonitor
-{
-    jpeg_progress_mgr base;
-    const std::atomic_bool *stopped = nullptr;
-};
-
-[[noreturn]] void onError(j_common_ptr info)
-{
-    std::longjmp(reinterpret_cast<ErrorManager *>(info->err)->escape, 1);
-}
-
-/// Warnings after which libjpeg goes on with made-up data; others, such as stray bytes between two
-/// markers, leave the picture whole.
-void onMessage(j_common_ptr info, int level)
-{
-    if (level >= 0)
-        return;
-    switch (info->err->msg_code) {
-    case JWRN_HIT_MARKER:
-    case JWRN_HUFF_BAD_CODE:
-    case JWRN_JPEG_EOF:
-    case JWRN_MUST_RESYNC:
-    case JWRN_NOT_SEQUENTIAL: reinterpret_cast<ErrorManager *>(info->err)->isDamaged = true; break;
-    default: break; // The library's own open list.
-    }
-}
-
-void onProgress(j_common_ptr info)
-{
-    if (*reinterpret_cast<StopMonitor *>(info->progress)->stopped)
-        onError(info);
-}
 
 /// The quality on libjpeg's scale that the luminance table stands for, by its mean step.
 int estimatedQuality(const JQUANT_TBL &table)
@@ -76,11 +29,9 @@ public:
                   const std::atomic_bool &stopped)
         : m_original(original), m_exif(exif)
     {
-        m_source.err = m_target.err = jpeg_std_error(&m_errors.base);
-        m_errors.base.error_exit = onError;
-        m_errors.base.emit_message = onMessage;
-        m_monitor.base.progress_monitor = onProgress;
-        m_monitor.stopped = &stopped;
+        prepare(m_errors);
+        prepare(m_monitor, stopped);
+        m_source.err = m_target.err = &m_errors.base;
     }
     Recompression(const Recompression &) = delete;
     Recompression &operator=(const Recompression &) = delete;
@@ -116,8 +67,8 @@ private:
 
     const QByteArray &m_original;
     const QByteArray &m_exif;
-    ErrorManager m_errors{};
-    StopMonitor m_monitor{};
+    JpegErrors m_errors{};
+    JpegMonitor m_monitor{};
     jpeg_decompress_struct m_source{};
     jpeg_compress_struct m_target{};
     unsigned char *m_bytes = nullptr;

@@ -4,9 +4,9 @@
 #include "localservice/encode.h"
 
 #include "localservice/metadata.h"
+#include "localservice/strip.h"
 
 #include <webp/encode.h>
-#include <webp/mux.h>
 
 #include <memory>
 
@@ -40,28 +40,6 @@ struct Writer : WebPMemoryWriter
 int goesOn(int, const WebPPicture *picture)
 {
     return *static_cast<const std::atomic_bool *>(picture->user_data) ? 0 : 1;
-}
-
-/// Changes what stands around the pixels: an EXIF block is put in, or taken out when it is empty.
-QByteArray withExif(const QByteArray &webp, const QByteArray &exif)
-{
-    const WebPData data{reinterpret_cast<const uint8_t *>(webp.constData()),
-                        static_cast<size_t>(webp.size())};
-    const std::unique_ptr<WebPMux, decltype(&WebPMuxDelete)> mux(WebPMuxCreate(&data, 0),
-                                                                 WebPMuxDelete);
-    const QByteArray tiff = exif.mid(6); // Without the "Exif" identifier.
-    const WebPData chunk{reinterpret_cast<const uint8_t *>(tiff.constData()),
-                         static_cast<size_t>(tiff.size())};
-    WebPData assembled{};
-    if (!mux ||
-        (tiff.isEmpty() ? WebPMuxDeleteChunk(mux.get(), "EXIF")
-                        : WebPMuxSetChunk(mux.get(), "EXIF", &chunk, 1)) != WEBP_MUX_OK ||
-        WebPMuxAssemble(mux.get(), &assembled) != WEBP_MUX_OK)
-        return webp;
-    QByteArray result(reinterpret_cast<const char *>(assembled.bytes),
-                      static_cast<qsizetype>(assembled.size));
-    WebPDataClear(&assembled);
-    return result;
 }
 
 /// How hard the encoder tries on a picture that takes long; its time grows with the pixels, and
@@ -128,7 +106,7 @@ QByteArray encodeWebp(const VImage &image, const std::atomic_bool &stopped)
     const QByteArray webp = isAnimation ? encodeAnimation(image) : encodeStill(image, stopped);
     const QByteArray exif = exifBlock(image);
     // Even a plain call of libvips leaves an EXIF block in an animation.
-    return isAnimation || !exif.isEmpty() ? withExif(webp, exif) : webp;
+    return isAnimation || !exif.isEmpty() ? strippedWebp(webp, exif).value_or(webp) : webp;
 }
 
 } // namespace pixpress

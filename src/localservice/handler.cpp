@@ -5,9 +5,6 @@
 
 #include "localservice/credentials.h"
 
-#include <algorithm>
-#include <thread>
-
 using namespace Qt::StringLiterals;
 
 namespace pixpress {
@@ -15,26 +12,6 @@ namespace pixpress {
 namespace {
 
 constexpr qint64 maxOptionsBody = 1 << 20;
-
-int coreCount()
-{
-    return std::max(1, static_cast<int>(std::thread::hardware_concurrency()));
-}
-
-Refusal serviceStopped()
-{
-    return refusalFor({CodecFault::stopped, u"The service is being stopped."_s});
-}
-
-Refusal noSuchOutput()
-{
-    return {404, "NotFound", u"There is no such output, or it is no longer kept."_s};
-}
-
-Refusal limitReached()
-{
-    return {429, "TooManyRequests", u"The monthly limit of compressions has been reached."_s};
-}
 
 /// For answers that are given before the request's body has arrived.
 void closeEarly(httplib::Response &response)
@@ -47,10 +24,8 @@ void closeEarly(httplib::Response &response)
 
 RequestHandler::RequestHandler(LocalServiceConfig config, int connectionCount)
     : m_config(std::move(config)),
-      m_store(m_config.storeBytes),
-      m_meter(m_config.initialCount, m_config.monthlyLimit),
-      m_bodies(2 * m_config.maxBody, connectionCount),
-      m_pixels(m_config.maxPixels, coreCount())
+      m_compressor(m_config),
+      m_bodies(2 * m_config.maxBody, connectionCount)
 {
 }
 
@@ -78,9 +53,8 @@ void RequestHandler::attachTo(ConnectionServer &server)
 
 void RequestHandler::stop()
 {
-    m_stopped = true;
     m_bodies.close();
-    m_pixels.close();
+    m_compressor.stop();
 }
 
 /// What is wrong with a request as far as its head tells, credentials before all that concerns
@@ -94,8 +68,8 @@ std::optional<Refusal> RequestHandler::refuseHead(const httplib::Request &reques
         return Refusal{401, "Unauthorized", u"The API key is missing or not valid."_s};
     if (const auto refusal = refuseForm(request, maxBodyOf(request)))
         return refusal;
-    return request.method == "POST" && m_meter.isUsedUp() ? std::optional(limitReached())
-                                                          : std::nullopt;
+    return request.method == "POST" && m_compressor.isUsedUp() ? std::optional(limitReached())
+                                                               : std::nullopt;
 }
 
 qint64 RequestHandler::maxBodyOf(const httplib::Request &request) const
@@ -129,7 +103,7 @@ void RequestHandler::handleBody(const httplib::Request &request, httplib::Respon
     const auto length = bodyLength(request);
     const auto pass = m_bodies.enter(length.value_or(limit));
     if (!pass)
-        return answer(response, serviceStopped());
+        return answer(response, refusalFor(serviceStopped()));
 
     QByteArray body;
     body.reserve(length.value_or(0));
@@ -152,7 +126,7 @@ void RequestHandler::handleBody(const httplib::Request &request, httplib::Respon
     if (body.isEmpty())
         answer(response, inputMissing());
     else if (isOutput(request))
-        rework(request, body, response);
+        rework(outputIdOf(request), body, response);
     else
         shrink(body, response);
     addCount(response);
@@ -173,68 +147,35 @@ bool RequestHandler::answerFault(const httplib::Request &request, httplib::Respo
 
 void RequestHandler::fetch(const httplib::Request &request, httplib::Response &response) const
 {
-    if (const auto entry = m_store.find(outputIdOf(request)))
-        answerPicture(response, entry->compressed);
+    if (const auto output = m_compressor.output(outputIdOf(request)))
+        answerPicture(response, *output);
     else
-        answer(response, noSuchOutput());
+        answer(response, output.error());
     addCount(response);
 }
 
 void RequestHandler::shrink(const QByteArray &body, httplib::Response &response)
 {
-    const auto info = inspect(body, m_config.maxPixels);
-    if (!info)
-        return answer(response, refusalFor(info.error()));
-    const auto encoded = compressOnce(body, *info, {});
-    if (!encoded)
-        return answer(response, encoded.error());
-    const QByteArray id = m_store.add({body, *encoded});
-    const QByteArray url = baseAddress() + outputPrefix.data() + id;
-    answerDescription(response, body.size(), *info, *encoded, url);
+    const auto upload = m_compressor.shrink(body);
+    if (!upload)
+        return answer(response, upload.error());
+    const QByteArray url = baseAddress() + outputPrefix.data() + upload->id;
+    answerDescription(response, body.size(), upload->info, upload->output, url);
 }
 
-void RequestHandler::rework(const httplib::Request &request, const QByteArray &body,
+void RequestHandler::rework(const QByteArray &id, const QByteArray &body,
                             httplib::Response &response)
 {
-    const auto entry = m_store.find(outputIdOf(request));
-    if (!entry)
-        return answer(response, noSuchOutput());
-    const auto options = parseRequestOptions(body);
-    if (!options)
-        return answer(response, {400, "BadRequest", options.error()});
-    if (*options == RequestOptions{})
-        return answerPicture(response, entry->compressed);
-    const auto info = inspect(entry->original, m_config.maxPixels);
-    if (!info)
-        return answer(response, refusalFor(info.error()));
-    const auto encoded = compressOnce(entry->original, *info, *options);
-    if (!encoded)
-        return answer(response, encoded.error());
-    answerPicture(response, *encoded);
-}
-
-/// Counted when it succeeds.
-std::expected<Encoded, Refusal> RequestHandler::compressOnce(const QByteArray &original,
-                                                             const PictureInfo &info,
-                                                             const RequestOptions &options)
-{
-    auto reservation = m_meter.reserve();
-    if (!reservation)
-        return std::unexpected(limitReached());
-    const auto pass = m_pixels.enter(info.pixels());
-    if (!pass)
-        return std::unexpected(serviceStopped());
-    auto encoded = compress(original, options, m_config.maxPixels, m_stopped);
-    if (!encoded)
-        return std::unexpected(refusalFor(encoded.error()));
-    reservation->count();
-    return *std::move(encoded);
+    if (const auto output = m_compressor.rework(id, body))
+        answerPicture(response, *output);
+    else
+        answer(response, output.error());
 }
 
 void RequestHandler::addCount(httplib::Response &response) const
 {
     if (m_config.counting)
-        response.set_header("Compression-Count", std::to_string(m_meter.count()));
+        response.set_header("Compression-Count", std::to_string(m_compressor.count()));
 }
 
 } // namespace pixpress

@@ -3,14 +3,11 @@
 
 #pragma once
 
+#include "localservice/compressor.h"
 #include "localservice/connections.h"
 #include "localservice/gate.h"
 #include "localservice/localservice.h"
-#include "localservice/meter.h"
 #include "localservice/requesthead.h"
-#include "localservice/store.h"
-
-#include <atomic>
 
 namespace pixpress {
 
@@ -18,8 +15,7 @@ namespace pixpress {
 class RequestHandler
 {
 public:
-    /// Work that is done at a time: bodies of twice the largest one, and the pixels of the largest
-    /// picture on each core at most.
+    /// Of bodies, no more than two of the largest are taken at a time.
     RequestHandler(LocalServiceConfig config, int connectionCount);
 
     /// Sets the routes. The server is not to run longer than this object lives.
@@ -29,7 +25,7 @@ public:
     void setPort(int port) { m_port = port; }
     QByteArray baseAddress() const { return "http://127.0.0.1:" + QByteArray::number(m_port); }
 
-    qint64 compressionCount() const { return m_meter.count(); }
+    qint64 compressionCount() const { return m_compressor.count(); }
 
     /// Ends the work that goes on, and all that is to come. From any thread.
     void stop();
@@ -43,20 +39,12 @@ private:
     bool answerFault(const httplib::Request &request, httplib::Response &response) const;
     void fetch(const httplib::Request &request, httplib::Response &response) const;
     void shrink(const QByteArray &body, httplib::Response &response);
-    void rework(const httplib::Request &request, const QByteArray &body,
-                httplib::Response &response);
-    std::expected<Encoded, Refusal> compressOnce(const QByteArray &original,
-                                                 const PictureInfo &info,
-                                                 const RequestOptions &options);
+    void rework(const QByteArray &id, const QByteArray &body, httplib::Response &response);
     void addCount(httplib::Response &response) const;
 
     const LocalServiceConfig m_config;
-    Store m_store;
-    Meter m_meter;
-    std::atomic_bool m_stopped = false;
-    // Bodies wait in the sender's hands, and pixels until there is a core and memory for them.
-    Gate m_bodies;
-    Gate m_pixels;
+    Compressor m_compressor;
+    Gate m_bodies; ///< Others wait in their senders' hands.
     int m_port = 0;
 };
 

@@ -20,16 +20,23 @@ constexpr QByteArrayView exifIdentifier("Exif\0\0", 6);
 
 using ExifPointer = std::unique_ptr<ExifData, decltype(&exif_data_unref)>;
 
-bool isKept(ExifIfd ifd, ExifTag tag, const Preserve &preserve)
+/// What is kept: what a request names, and in files whose pixels are not turned how to turn them.
+struct Kept : Preserve
+{
+    bool orientation = false;
+};
+
+bool isKept(ExifIfd ifd, ExifTag tag, const Kept &kept)
 {
     if (ifd == EXIF_IFD_GPS)
-        return preserve.location;
+        return kept.location;
     if (ifd != EXIF_IFD_0 && ifd != EXIF_IFD_EXIF)
         return false;
     switch (static_cast<int>(tag)) {
+    case EXIF_TAG_ORIENTATION: return kept.orientation && ifd == EXIF_IFD_0;
     case EXIF_TAG_COPYRIGHT:
     case EXIF_TAG_ARTIST:
-    case EXIF_TAG_XP_AUTHOR: return preserve.copyright;
+    case EXIF_TAG_XP_AUTHOR: return kept.copyright;
     case EXIF_TAG_DATE_TIME:
     case EXIF_TAG_DATE_TIME_ORIGINAL:
     case EXIF_TAG_DATE_TIME_DIGITIZED:
@@ -38,7 +45,7 @@ bool isKept(ExifIfd ifd, ExifTag tag, const Preserve &preserve)
     case EXIF_TAG_SUB_SEC_TIME_DIGITIZED:
     case EXIF_TAG_OFFSET_TIME:
     case EXIF_TAG_OFFSET_TIME_ORIGINAL:
-    case EXIF_TAG_OFFSET_TIME_DIGITIZED: return preserve.creation;
+    case EXIF_TAG_OFFSET_TIME_DIGITIZED: return kept.creation;
     default: return false; // An open set: whatever else a camera writes.
     }
 }
@@ -54,7 +61,7 @@ ExifPointer parse(const QByteArray &block)
 }
 
 /// Removes the entries that are not kept and returns the names under which libvips lists the rest.
-QSet<QByteArray> filter(ExifData *data, const Preserve &preserve)
+QSet<QByteArray> filter(ExifData *data, const Kept &kept)
 {
     QSet<QByteArray> names;
     for (int index = 0; index < EXIF_IFD_COUNT; ++index) {
@@ -62,7 +69,7 @@ QSet<QByteArray> filter(ExifData *data, const Preserve &preserve)
         ExifContent *content = data->ifd[index];
         const std::vector<ExifEntry *> entries(content->entries, content->entries + content->count);
         for (ExifEntry *entry : entries) {
-            if (!isKept(ifd, entry->tag, preserve)) {
+            if (!isKept(ifd, entry->tag, kept)) {
                 exif_content_remove_entry(content, entry);
             } else if (const char *name = exif_tag_get_name_in_ifd(entry->tag, ifd)) {
                 names.insert("exif-ifd" + QByteArray::number(index) + '-' + name);
@@ -94,7 +101,7 @@ vips::VImage withoutMetadata(const vips::VImage &image, const Preserve &preserve
     QByteArray block = preserve.any() ? exifBlock(image) : QByteArray();
     if (!block.isEmpty()) {
         const ExifPointer data = parse(block);
-        const QSet<QByteArray> names = filter(data.get(), preserve);
+        const QSet<QByteArray> names = filter(data.get(), {preserve});
         block = names.isEmpty() ? QByteArray() : serialise(data.get());
         kept.unite(names);
     }
@@ -110,6 +117,16 @@ vips::VImage withoutMetadata(const vips::VImage &image, const Preserve &preserve
         vips_image_set_blob_copy(result.get_image(), VIPS_META_EXIF_NAME, block.constData(),
                                  static_cast<size_t>(block.size()));
     return result;
+}
+
+QByteArray preservedExif(const vips::VImage &image, const Preserve &preserve, bool orientation)
+{
+    const QByteArray block = exifBlock(image);
+    if (block.isEmpty() || !(preserve.any() || orientation))
+        return {};
+    const ExifPointer data = parse(block);
+    return filter(data.get(), {preserve, orientation}).isEmpty() ? QByteArray()
+                                                                 : serialise(data.get());
 }
 
 QByteArray exifBlock(const vips::VImage &image)

@@ -49,9 +49,10 @@ ssize_t ConnectionStream::write(const char *from, size_t size)
 
 bool ConnectionStream::awaitRequest()
 {
-    m_deadline = Clock::time_point::max();
+    m_deadline = m_isNew ? Clock::now() + m_limits.firstByte : Clock::time_point::max();
     if (m_begin == m_end && !fill())
         return false;
+    m_isNew = false;
     m_isInHead = true;
     m_isLineEmpty = true;
     m_headBytes = 0;

@@ -17,6 +17,7 @@ struct ConnectionLimits
     size_t threads = 32;                         ///< Connections that are served at a time.
     size_t waiting = 256;                        ///< Further ones that wait for a thread.
     size_t headBytes = 64 << 10;                 ///< Of a request: its first line and its fields.
+    std::chrono::milliseconds firstByte{5'000};  ///< From a connection's beginning on.
     std::chrono::milliseconds silence{60'000};   ///< Between two requests and within one.
     std::chrono::milliseconds headTime{60'000};  ///< From a head's first byte to its last.
     std::chrono::milliseconds bodyTime{600'000}; ///< From a head's end to its body's.
@@ -61,6 +62,7 @@ private:
 
     const socket_t m_socket;
     const ConnectionLimits &m_limits;
+    bool m_isNew = true; ///< Until the first request.
     bool m_failed = false;
     std::array<char, 65'536> m_in;
     size_t m_begin = 0;
