@@ -34,6 +34,8 @@ public:
     }
     ~Descriptor();
 
+    int get() const { return m_descriptor; } ///< Still owned by this object.
+
     /// In bytes; fails with notAFile for what is no regular file, such as a folder or a pipe.
     Result<qint64> size() const;
 

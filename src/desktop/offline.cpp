@@ -1,0 +1,22 @@
+// SPDX-FileCopyrightText: 2026 The Pixpress authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#include "desktop/offlinesettings.h"
+#include "localservice/localservice.h"
+#include "ui/application.h"
+
+using namespace pixpress;
+
+int main(int argc, char *argv[])
+{
+    QCoreApplication::setApplicationName(QStringLiteral("pixpress-offline"));
+    Application application(argc, argv);
+
+    OfflineSettings settings;
+    LocalServiceConfig config;
+    config.key = [key = settings.key().toUtf8()] { return key; };
+    LocalService service(std::move(config));
+    if (const auto started = service.start(); !started)
+        qFatal("The compression service does not start: %s", qUtf8Printable(started.error()));
+    return application.run(settings, {.baseURL = service.baseURL(), .limits = {}});
+}

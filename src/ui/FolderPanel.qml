@@ -1,0 +1,11 @@
+// SPDX-FileCopyrightText: 2026 The Pixpress authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+import QtQuick.Dialogs
+
+FolderDialog {
+    readonly property list<url> picked: result === FolderDialog.Accepted ? [selectedFolder] : []
+
+    title: qsTr("Choose where Pixpress should save compressed images")
+    acceptLabel: qsTr("Select Folder")
+}

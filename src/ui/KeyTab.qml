@@ -1,0 +1,121 @@
+// SPDX-FileCopyrightText: 2026 The Pixpress authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+import QtQuick
+import QtQuick.Layouts
+import Pixpress
+
+/// Replaces and checks the key.
+ColumnLayout {
+    id: root
+
+    required property PixpressApp app
+    property alias apiKeyInput: field.text
+    property string validationMessage
+    property bool isValid: false
+    readonly property alias isValidating: validation.isValidating
+
+    function report(message: string, good: bool) {
+        validationMessage = message;
+        isValid = good;
+    }
+
+    spacing: 16
+
+    KeyValidation {
+        id: validation
+
+        app: root.app
+        onFinished: isValid => root.report(isValid ? qsTr("API key is valid") : qsTr("Invalid API key"), isValid)
+        onFailed: description => root.report(qsTr("Validation failed: %1").arg(description), false)
+    }
+
+    FormSection {
+        title: qsTr("TinyPNG API Key")
+        Layout.fillWidth: true
+
+        FormRow {
+            TextEntry {
+                id: field
+
+                objectName: "apiKey"
+                width: parent.width
+                text: root.app.storedKey()
+                placeholderText: qsTr("API Key")
+                echoMode: TextInput.Password
+                font: Theme.bodyMonospaced
+                focus: true
+            }
+        }
+        FormRow {
+            RowLayout {
+                width: parent.width
+                spacing: 8
+
+                PushButton {
+                    objectName: "saveKey"
+                    text: qsTr("Save Key")
+                    enabled: root.apiKeyInput !== ""
+                    onClicked: {
+                        root.app.appState.saveAPIKey(root.apiKeyInput);
+                        root.report(qsTr("Key saved successfully"), true);
+                    }
+                }
+                PushButton {
+                    objectName: "validate"
+                    text: qsTr("Validate")
+                    enabled: root.apiKeyInput !== "" && !root.isValidating
+                    onClicked: {
+                        root.report("", false);
+                        validation.start(root.apiKeyInput);
+                    }
+                }
+                ActivityIndicator {
+                    objectName: "checking"
+                    visible: root.isValidating
+                }
+                Item {
+                    Layout.fillWidth: true
+                }
+                SymbolLabel {
+                    objectName: "message"
+                    visible: root.validationMessage !== ""
+                    symbol: root.isValid ? "checkmark.circle.fill" : "xmark.circle.fill"
+                    text: root.validationMessage
+                    font: Theme.caption
+                    color: root.isValid ? Theme.greenText : Theme.redText
+                    wrapMode: Text.Wrap
+                    Layout.maximumWidth: 230
+                    Accessible.role: Accessible.AlertMessage
+                }
+            }
+        }
+    }
+
+    FormSection {
+        Layout.fillWidth: true
+
+        FormRow {
+            Row {
+                spacing: 4
+
+                Text {
+                    text: qsTr("Get your free key (500 compressions/month) at")
+                    font: Theme.caption
+                    color: Theme.secondary
+                    textFormat: Text.PlainText
+                    Accessible.role: Accessible.StaticText
+                    Accessible.name: text
+                }
+                LinkLabel {
+                    text: About.developersTitle
+                    page: About.developersPage
+                }
+            }
+        }
+    }
+
+    Item {
+        Layout.fillHeight: true
+    }
+}

@@ -1,0 +1,35 @@
+// SPDX-FileCopyrightText: 2026 The Pixpress authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+import QtQuick
+import Pixpress
+
+/// A row of a form that shows a number after its label.
+FormRow {
+    id: root
+
+    required property string label
+    required property int value
+    property color valueColor: Theme.primary
+
+    implicitHeight: 32
+    Accessible.role: Accessible.StaticText
+    Accessible.name: label + " " + value
+
+    Text {
+        text: root.label
+        font: Theme.body
+        color: Theme.primary
+        textFormat: Text.PlainText
+        Accessible.ignored: true
+    }
+    Text {
+        objectName: "value"
+        anchors.right: parent.right
+        text: root.value
+        font: Theme.bodyMonospaced
+        color: root.valueColor
+        textFormat: Text.PlainText
+        Accessible.ignored: true
+    }
+}

@@ -1,0 +1,77 @@
+// SPDX-FileCopyrightText: 2026 The Pixpress authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+import QtQuick
+import QtQuick.Templates as T
+import Pixpress
+
+/// The window's menu bar. There is no item for a second window.
+T.MenuBar {
+    id: root
+
+    required property PixpressApp app
+
+    implicitWidth: contentItem.implicitWidth
+    implicitHeight: 28
+    leftPadding: 6
+    delegate: T.MenuBarItem {
+        id: item
+
+        implicitWidth: label.implicitWidth + 18
+        implicitHeight: 24
+        font: Theme.body
+        Accessible.role: Accessible.MenuItem
+        Accessible.name: text
+
+        contentItem: Text {
+            id: label
+
+            text: item.text
+            font: item.font
+            color: Theme.primary
+            horizontalAlignment: Text.AlignHCenter
+            verticalAlignment: Text.AlignVCenter
+            textFormat: Text.PlainText
+        }
+        background: Rectangle {
+            radius: 5
+            color: item.highlighted || item.hovered ? Theme.quaternary : "transparent"
+        }
+    }
+    contentItem: Row {
+        topPadding: 2
+        spacing: 2
+
+        Repeater {
+            model: root.contentModel
+        }
+    }
+    background: Rectangle {
+        color: Theme.windowBackground
+    }
+
+    ContextMenu {
+        title: "Pixpress"
+
+        T.Action {
+            text: qsTr("Settings…")
+            shortcut: "Ctrl+,"
+            onTriggered: root.app.appState.showSettings = true
+        }
+        T.Action {
+            text: qsTr("Quit")
+            shortcut: "Ctrl+Q"
+            onTriggered: Qt.quit()
+        }
+    }
+    ContextMenu {
+        title: qsTr("File")
+
+        T.Action {
+            text: qsTr("Add Files…")
+            shortcut: "Ctrl+O"
+            enabled: root.app.appState.isAPIKeyConfigured
+            onTriggered: root.app.appState.openFilePicker()
+        }
+    }
+}

@@ -1,0 +1,33 @@
+// SPDX-FileCopyrightText: 2026 The Pixpress authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+import QtQuick
+import QtQuick.Layouts
+import QtQuick.Templates as T
+import Pixpress
+
+/// The window's content: the onboarding until a key is configured, then the working layout.
+Item {
+    id: root
+
+    required property PixpressApp app
+    readonly property bool isDropTargeted: working.item?.isDropTargeted ?? false
+
+    Loader {
+        anchors.fill: parent
+        active: !root.app.appState.isAPIKeyConfigured
+        sourceComponent: OnboardingView {
+            app: root.app
+        }
+    }
+
+    Loader {
+        id: working
+
+        anchors.fill: parent
+        active: root.app.appState.isAPIKeyConfigured
+        sourceComponent: WorkingView {
+            app: root.app
+        }
+    }
+}

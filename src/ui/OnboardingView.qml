@@ -1,0 +1,235 @@
+// SPDX-FileCopyrightText: 2026 The Pixpress authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+import QtQuick
+import QtQuick.Layouts
+import Pixpress
+
+/// Welcomes the user and asks for the key, which the service has to accept.
+Rectangle {
+    id: root
+
+    required property PixpressApp app
+    property alias apiKeyInput: field.text
+    property string errorMessage
+    readonly property string key: validation.trimmed(apiKeyInput)
+    readonly property alias isValidating: validation.isValidating
+
+    function validate() {
+        if (key === "" || isValidating)
+            return;
+        errorMessage = "";
+        validation.start(key);
+    }
+
+    color: Theme.windowBackground
+
+    Component.onCompleted: field.forceActiveFocus()
+
+    KeyValidation {
+        id: validation
+
+        app: root.app
+        onFinished: isValid => {
+            if (!isValid)
+                root.errorMessage = qsTr("Invalid API key — please check and try again.");
+        }
+        onFailed: description => root.errorMessage = qsTr("Could not validate: %1").arg(description)
+    }
+
+    Shortcut {
+        sequences: ["Return", "Enter"]
+        onActivated: root.validate()
+    }
+
+    ColumnLayout {
+        anchors.fill: parent
+        spacing: 0
+
+        Item {
+            Layout.fillHeight: true
+        }
+
+        ColumnLayout {
+            spacing: 14
+            Layout.fillWidth: true
+
+            Image {
+                source: "logo.svg"
+                sourceSize: Qt.size(88, 88)
+                Layout.alignment: Qt.AlignHCenter
+                Accessible.ignored: true
+            }
+            Text {
+                text: qsTr("Welcome to Pixpress")
+                font: Theme.largeTitle
+                color: Theme.primary
+                horizontalAlignment: Text.AlignHCenter
+                textFormat: Text.PlainText
+                Layout.fillWidth: true
+                Accessible.role: Accessible.Heading
+                Accessible.name: text
+            }
+            Column {
+                spacing: 3
+                Layout.alignment: Qt.AlignHCenter
+
+                Repeater {
+                    // A line each: Text knows line heights, but not space between lines alone.
+                    model: qsTr("Compress PNG, JPEG, WebP, and AVIF images\nusing the TinyPNG API — up to 500 free per month.").split("\n")
+
+                    Text {
+                        required property string modelData
+
+                        anchors.horizontalCenter: parent?.horizontalCenter
+                        text: modelData
+                        font: Theme.subheadline
+                        color: Theme.secondary
+                        textFormat: Text.PlainText
+                        Accessible.role: Accessible.StaticText
+                        Accessible.name: text
+                    }
+                }
+            }
+        }
+
+        Item {
+            implicitHeight: 40
+        }
+
+        Item {
+            implicitHeight: card.implicitHeight
+            Layout.fillWidth: true
+            Layout.maximumWidth: 480
+            Layout.alignment: Qt.AlignHCenter
+
+            Shadow {
+                x: -blur
+                y: 4 - blur
+                width: parent.width + 2 * blur
+                height: parent.height + 2 * blur
+                radius: 14
+                blur: 12
+                color: "#14000000"
+            }
+            Rectangle {
+                objectName: "card"
+                anchors.fill: parent
+                radius: 14
+                color: Theme.contentBackground
+            }
+
+            ColumnLayout {
+                id: card
+
+                anchors.fill: parent
+                anchors.margins: 24
+                implicitHeight: childrenRect.height + 48
+                spacing: 16
+
+                ColumnLayout {
+                    spacing: 6
+                    Layout.fillWidth: true
+
+                    SymbolLabel {
+                        symbol: "key.fill"
+                        text: qsTr("TinyPNG API Key")
+                        font: Theme.headline
+                        spacing: 6
+                    }
+                    CaptionText {
+                        text: qsTr("Each user needs their own free API key. It only takes 30 seconds to get one.")
+                        Layout.fillWidth: true
+                    }
+                }
+
+                RowLayout {
+                    spacing: 10
+                    Layout.fillWidth: true
+
+                    TextEntry {
+                        id: field
+
+                        objectName: "key"
+                        placeholderText: qsTr("Paste your API key here…")
+                        echoMode: TextInput.Password
+                        font: Theme.bodyMonospaced
+                        Layout.fillWidth: true
+                    }
+                    PushButton {
+                        objectName: "getStarted"
+                        prominent: true
+                        text: root.isValidating ? "" : qsTr("Get Started")
+                        enabled: root.key !== "" && !root.isValidating
+                        Layout.preferredWidth: 104 // 80 for the content, and 12 at each side
+                        Accessible.name: qsTr("Get Started")
+                        onClicked: root.validate()
+
+                        ActivityIndicator {
+                            anchors.centerIn: parent
+                            visible: root.isValidating
+                            color: Theme.onAccent
+                        }
+                    }
+                }
+
+                SymbolLabel {
+                    objectName: "error"
+                    visible: root.errorMessage !== ""
+                    symbol: "exclamationmark.triangle.fill"
+                    text: root.errorMessage
+                    font: Theme.caption
+                    color: Theme.redText
+                    wrapMode: Text.Wrap
+                    Layout.fillWidth: true
+                    Accessible.role: Accessible.AlertMessage
+                }
+
+                Divider {
+                    Layout.fillWidth: true
+                }
+
+                RowLayout {
+                    spacing: 5
+                    Layout.fillWidth: true
+
+                    SymbolLabel {
+                        symbol: "info.circle"
+                        text: qsTr("Don't have a key yet?")
+                        font: Theme.caption
+                        color: Theme.secondary
+                    }
+                    LinkLabel {
+                        text: qsTr("Get a free API key at %1 →").arg(About.developersHost)
+                        page: About.developersPage
+                    }
+                    Item {
+                        Layout.fillWidth: true
+                    }
+                }
+            }
+        }
+
+        Item {
+            Layout.fillHeight: true
+        }
+
+        Row {
+            bottomPadding: 24
+            Layout.alignment: Qt.AlignHCenter
+
+            Text {
+                text: qsTr("Built with ❤️ by ")
+                font: Theme.caption
+                color: Theme.tertiary
+                textFormat: Text.PlainText
+            }
+            Text {
+                text: About.authorName
+                font: Theme.caption
+                color: Theme.secondary
+                textFormat: Text.PlainText
+            }
+        }
+    }
+}

@@ -1,0 +1,67 @@
+// SPDX-FileCopyrightText: 2026 The Pixpress authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+import QtQuick
+import QtQuick.Layouts
+import Pixpress
+
+FormSection {
+    id: root
+
+    required property OptionsEditor options
+
+    title: qsTr("Output")
+
+    FormRow {
+        Column {
+            width: parent.width
+            spacing: 4
+
+            PickerRow {
+                objectName: "destination"
+                width: parent.width
+                label: qsTr("Save to")
+                model: root.options.destinations
+                currentIndex: root.options.destination
+                onPicked: index => root.options.destination = index
+            }
+            CaptionText {
+                objectName: "destinationDescription"
+                width: parent.width
+                text: root.options.destinationDescription
+            }
+        }
+    }
+    FormRow {
+        objectName: "folderRow"
+        visible: root.options.savesToFolder
+
+        RowLayout {
+            width: parent.width
+            spacing: 6
+
+            Symbol {
+                name: "folder.fill"
+                size: Math.round(Theme.captionSize * 1.4)
+                color: Theme.blue
+            }
+            Text {
+                objectName: "folder"
+                text: root.options.folder || qsTr("No folder chosen")
+                font: Theme.caption
+                color: root.options.folder ? Theme.primary : Theme.secondary
+                elide: Text.ElideMiddle
+                textFormat: Text.PlainText
+                Layout.fillWidth: true
+                Accessible.role: Accessible.StaticText
+                Accessible.name: text
+            }
+            PushButton {
+                objectName: "chooseFolder"
+                text: root.options.folder ? qsTr("Change") : qsTr("Choose…")
+                controlHeight: Theme.smallControl
+                onClicked: root.options.chooseFolder()
+            }
+        }
+    }
+}

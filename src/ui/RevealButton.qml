@@ -1,0 +1,40 @@
+// SPDX-FileCopyrightText: 2026 The Pixpress authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+import QtQuick
+import QtQuick.Templates as T
+import Pixpress
+
+/// Shows the written file in the desktop's file browser.
+T.Button {
+    id: root
+
+    implicitWidth: 28
+    implicitHeight: 28
+    Accessible.role: Accessible.Button
+    Accessible.name: qsTr("Show in Finder")
+    Accessible.onPressAction: click()
+
+    contentItem: Item {
+        Symbol {
+            anchors.centerIn: parent
+            name: "folder"
+            size: 17
+            color: Theme.secondary
+        }
+    }
+    background: Rectangle {
+        radius: 6
+        color: root.down ? Theme.controlPressed : Theme.quaternary
+
+        FocusRing {
+            visible: root.visualFocus
+            controlRadius: 6
+        }
+    }
+
+    HelpTip {
+        text: qsTr("Show in Finder")
+        shown: root.hovered && !root.down
+    }
+}

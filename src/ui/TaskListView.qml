@@ -1,0 +1,108 @@
+// SPDX-FileCopyrightText: 2026 The Pixpress authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+pragma ComponentBehavior: Bound
+
+import QtQuick
+import QtQuick.Layouts
+import QtQuick.Templates as T
+import Pixpress
+
+/// The tasks, and above them a line that sums them up.
+ColumnLayout {
+    id: root
+
+    required property PixpressApp app
+
+    spacing: 0
+
+    RowLayout {
+        spacing: 8
+        Layout.fillWidth: true
+        Layout.leftMargin: 16
+        Layout.rightMargin: 16
+        Layout.topMargin: 8
+        Layout.bottomMargin: 8
+
+        Text {
+            objectName: "progress"
+            text: root.app.tasks.progressText
+            font: Theme.caption
+            color: Theme.secondary
+            textFormat: Text.PlainText
+            Accessible.role: Accessible.StaticText
+            Accessible.name: text
+        }
+        Text {
+            visible: totalSaved.visible
+            text: "·"
+            font: Theme.caption
+            color: Theme.tertiary
+            Accessible.ignored: true
+        }
+        Text {
+            id: totalSaved
+
+            objectName: "totalSaved"
+            visible: text !== ""
+            text: root.app.tasks.totalSavedText
+            font: Theme.captionMedium
+            color: Theme.greenText
+            textFormat: Text.PlainText
+            Accessible.role: Accessible.StaticText
+            Accessible.name: text
+        }
+        Item {
+            implicitHeight: 14
+            Layout.fillWidth: true
+        }
+        ActivityIndicator {
+            objectName: "activity"
+            visible: root.app.appState.compressionQueue.hasActiveTasks
+            size: 12
+        }
+    }
+
+    Divider {
+        Layout.fillWidth: true
+    }
+
+    ListView {
+        id: list
+
+        objectName: "rows"
+        model: root.app.tasks
+        topMargin: 8
+        bottomMargin: 8
+        clip: true
+        boundsBehavior: Flickable.StopAtBounds
+        reuseItems: true
+        activeFocusOnTab: true
+        keyNavigationEnabled: true
+        currentIndex: -1
+        Layout.fillWidth: true
+        Layout.fillHeight: true
+        Accessible.role: Accessible.List
+        Accessible.name: qsTr("Images")
+
+        T.ScrollBar.vertical: OverlayScrollBar {}
+
+        onActiveFocusChanged: {
+            if (activeFocus && currentIndex < 0)
+                currentIndex = 0;
+        }
+
+        delegate: TaskRowView {
+            width: list.width
+            isLast: index === list.count - 1
+            isCurrent: ListView.isCurrentItem && list.activeFocus
+            thumbnails: root.app.thumbnails
+            onRetry: root.app.retry(index)
+            onReveal: root.app.reveal(outputURL)
+            onPressed: {
+                list.currentIndex = index;
+                list.forceActiveFocus(Qt.MouseFocusReason);
+            }
+        }
+    }
+}

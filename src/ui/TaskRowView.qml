@@ -1,0 +1,223 @@
+// SPDX-FileCopyrightText: 2026 The Pixpress authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+import QtQuick
+import QtQuick.Layouts
+import Pixpress
+
+/// One task: its picture, name and size, where it stands, and what can be done with it. Below it
+/// the line that parts it from the next.
+Item {
+    id: root
+
+    required property int index
+    required property string fileName
+    required property url sourceURL
+    required property string originalSize
+    required property int taskState
+    required property string statusText
+    required property string statusSymbol
+    required property string savings
+    required property string saved
+    required property url outputURL
+
+    required property Thumbnails thumbnails
+    required property bool isLast
+    required property bool isCurrent ///< The keyboard is on this row.
+
+    readonly property bool isCompleted: taskState === TaskModel.State.completed
+    readonly property bool isFailed: taskState === TaskModel.State.failed
+    readonly property bool isPending: taskState === TaskModel.State.pending
+    readonly property bool isRunning: !isCompleted && !isFailed && !isPending
+
+    signal retry
+    signal reveal
+    signal pressed
+
+    function act() {
+        if (isCompleted)
+            reveal();
+        else if (isFailed)
+            retry();
+    }
+
+    function statusColor(): color {
+        switch (taskState) {
+        case TaskModel.State.uploading:
+        case TaskModel.State.downloading:
+            return Theme.blueText;
+        case TaskModel.State.compressing:
+            return Theme.orangeText;
+        case TaskModel.State.failed:
+            return Theme.redText;
+        default:
+            return Theme.secondary;
+        }
+    }
+
+    implicitHeight: row.height + (isLast ? 0 : 5)
+
+    Accessible.role: Accessible.ListItem
+    Accessible.name: [fileName, originalSize, statusText, savings, saved].filter(text => text !== "").join(", ")
+    Accessible.focusable: true
+    Accessible.focused: isCurrent
+    Accessible.onPressAction: act()
+
+    Keys.onReturnPressed: act()
+    Keys.onEnterPressed: act()
+    Keys.onSpacePressed: act()
+    Keys.onMenuPressed: menu.open()
+
+    Rectangle {
+        anchors.fill: row
+        anchors.leftMargin: 10
+        anchors.rightMargin: 10
+        visible: root.isCurrent
+        radius: Theme.controlRadius
+        color: "transparent"
+        border.width: 2
+        border.color: Theme.focusRing
+    }
+
+    TapHandler {
+        acceptedButtons: Qt.LeftButton | Qt.RightButton
+        gesturePolicy: TapHandler.DragThreshold
+        onTapped: (point, button) => {
+            root.pressed();
+            if (button === Qt.RightButton)
+                menu.open();
+        }
+    }
+
+    RowLayout {
+        id: row
+
+        x: 16 + 4
+        width: parent.width - 2 * x
+        height: implicitHeight + 12
+        spacing: 12
+
+        ThumbnailView {
+            url: root.sourceURL
+            thumbnails: root.thumbnails
+        }
+
+        ColumnLayout {
+            spacing: 3
+            Layout.fillWidth: true
+
+            Text {
+                objectName: "fileName"
+                text: root.fileName
+                font: Theme.bodyMedium
+                color: Theme.primary
+                elide: Text.ElideMiddle
+                maximumLineCount: 1
+                textFormat: Text.PlainText
+                Layout.fillWidth: true
+                Accessible.ignored: true
+            }
+
+            RowLayout {
+                spacing: 4
+                Layout.fillWidth: true
+
+                Text {
+                    text: root.originalSize
+                    font: Theme.caption
+                    color: Theme.secondary
+                    textFormat: Text.PlainText
+                    Accessible.ignored: true
+                }
+                SymbolLabel {
+                    objectName: "status"
+                    symbol: root.statusSymbol
+                    text: root.statusText
+                    font: Theme.caption
+                    color: root.statusColor()
+                    Layout.fillWidth: true
+                    Accessible.ignored: true
+                }
+            }
+        }
+
+        Symbol {
+            visible: root.isPending
+            name: "clock"
+            size: 16
+            color: Theme.secondary
+        }
+        ActivityIndicator {
+            visible: root.isRunning
+            size: 16
+            Layout.rightMargin: 4
+        }
+        PushButton {
+            objectName: "retry"
+            visible: root.isFailed
+            text: qsTr("Retry")
+            controlHeight: Theme.smallControl
+            focusPolicy: root.isCurrent || activeFocus ? Qt.StrongFocus : Qt.ClickFocus
+            onClicked: root.retry()
+        }
+        RowLayout {
+            visible: root.isCompleted
+            spacing: 10
+
+            ColumnLayout {
+                spacing: 2
+
+                Text {
+                    objectName: "savings"
+                    text: root.savings
+                    font: Theme.title3
+                    color: Theme.greenText
+                    textFormat: Text.PlainText
+                    Layout.alignment: Qt.AlignRight
+                    Accessible.ignored: true
+                }
+                Text {
+                    objectName: "saved"
+                    text: root.saved
+                    font: Theme.caption2
+                    color: Theme.secondary
+                    textFormat: Text.PlainText
+                    Layout.alignment: Qt.AlignRight
+                    Accessible.ignored: true
+                }
+            }
+
+            RevealButton {
+                objectName: "reveal"
+                focusPolicy: root.isCurrent || activeFocus ? Qt.StrongFocus : Qt.ClickFocus
+                onClicked: root.reveal()
+            }
+        }
+    }
+
+    Divider {
+        x: 16
+        y: row.height + 2
+        width: parent.width - 32
+        visible: !root.isLast
+    }
+
+    Loader {
+        id: menu
+
+        function open() {
+            active = root.isCompleted || root.isFailed;
+        }
+
+        active: false
+        sourceComponent: ContextMenu {
+            onClosed: menu.active = false
+            Component.onCompleted: popup()
+
+            ContextMenuItem {
+                text: root.isCompleted ? qsTr("Show in Finder") : qsTr("Retry")
+                onTriggered: root.act()
+            }
+        }
+    }
+}

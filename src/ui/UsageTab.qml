@@ -1,0 +1,72 @@
+// SPDX-FileCopyrightText: 2026 The Pixpress authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+import QtQuick
+import QtQuick.Layouts
+import Pixpress
+
+/// The month's usage as far as it is known here.
+ColumnLayout {
+    id: root
+
+    required property QuotaTracker quotaTracker
+    readonly property int remaining: Math.max(0, quotaTracker.monthlyLimit - quotaTracker.currentCount)
+
+    spacing: 12
+
+    FormSection {
+        title: qsTr("Monthly Usage — %1").arg(root.quotaTracker.monthYear)
+        spacing: 6
+        Layout.fillWidth: true
+
+        LabelledValue {
+            objectName: "used"
+            label: qsTr("Compressions Used")
+            value: root.quotaTracker.currentCount
+        }
+        LabelledValue {
+            objectName: "limit"
+            label: qsTr("Monthly Limit")
+            value: root.quotaTracker.monthlyLimit
+        }
+        LabelledValue {
+            objectName: "remainingRow"
+            label: qsTr("Remaining")
+            value: root.remaining
+            valueColor: root.remaining < 50 ? Theme.redText : Theme.greenText
+        }
+        FormRow {
+            implicitHeight: 32
+
+            QuotaBarView {
+                width: parent.width
+                quotaTracker: root.quotaTracker
+            }
+        }
+    }
+
+    FormSection {
+        Layout.fillWidth: true
+
+        FormRow {
+            Column {
+                width: parent.width
+                spacing: 6
+
+                PushButton {
+                    objectName: "reset"
+                    text: qsTr("Reset Local Counter")
+                    onClicked: root.quotaTracker.reset()
+                }
+                CaptionText {
+                    width: parent.width
+                    text: qsTr("This only resets the local display. The actual count is tracked by TinyPNG's servers and synced on next compression.")
+                }
+            }
+        }
+    }
+
+    Item {
+        Layout.fillHeight: true
+    }
+}

@@ -1,0 +1,128 @@
+// SPDX-FileCopyrightText: 2026 The Pixpress authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+import QtQuick
+import QtQuick.Layouts
+import QtQuick.Templates as T
+import Pixpress
+
+/// The working layout: toolbar, options at the side, drop zone or list, and the quota below.
+Item {
+    id: root
+
+    required property PixpressApp app
+    readonly property bool isDropTargeted: dropArea.containsDrag
+
+    ColumnLayout {
+        anchors.fill: parent
+        spacing: 0
+
+        ToolbarView {
+            app: root.app
+            sidebarShown: sidebar.visible
+            onSidebarToggled: sidebar.visible = !sidebar.visible
+            Layout.fillWidth: true
+        }
+
+        Divider {
+            Layout.fillWidth: true
+        }
+
+        T.SplitView {
+            orientation: Qt.Horizontal
+            Layout.fillWidth: true
+            Layout.fillHeight: true
+
+            handle: Rectangle {
+                implicitWidth: 1
+                color: Theme.separator
+                containmentMask: Item { // wider than the line, so that it can be taken hold of
+                    x: -3
+                    width: 7
+                    height: parent?.height ?? 0
+                }
+            }
+
+            CompressionOptionsView {
+                id: sidebar
+
+                options: root.app.options
+                T.SplitView.minimumWidth: 230
+                T.SplitView.preferredWidth: 260
+                T.SplitView.maximumWidth: 300
+            }
+
+            Rectangle {
+                color: Theme.contentBackground
+                T.SplitView.fillWidth: true
+
+                ColumnLayout {
+                    anchors.fill: parent
+                    spacing: 0
+
+                    Loader {
+                        sourceComponent: root.app.tasks.count === 0 ? dropZone : taskList
+                        Layout.fillWidth: true
+                        Layout.fillHeight: true
+                    }
+
+                    Divider {
+                        Layout.fillWidth: true
+                    }
+
+                    QuotaBarView {
+                        quotaTracker: root.app.appState.quotaTracker
+                        Layout.fillWidth: true
+                        Layout.leftMargin: 16
+                        Layout.rightMargin: 16
+                        Layout.topMargin: 10
+                        Layout.bottomMargin: 10
+                    }
+                }
+            }
+        }
+    }
+
+    Component {
+        id: dropZone
+
+        DropZoneView {
+            app: root.app
+            isTargeted: root.isDropTargeted
+        }
+    }
+
+    Component {
+        id: taskList
+
+        TaskListView {
+            app: root.app
+        }
+    }
+
+    DropArea {
+        id: dropArea
+
+        anchors.fill: parent
+        keys: ["text/uri-list"]
+
+        onEntered: drag => drag.accept(Qt.CopyAction)
+        onDropped: drop => {
+            const urls = drop.urls; // read before anything else goes on
+            drop.accept(Qt.CopyAction);
+            root.app.handleDrop(urls);
+        }
+    }
+
+    Loader {
+        anchors.fill: parent
+        active: root.app.appState.showSettings
+        sourceComponent: Item {
+            SettingsView {
+                app: root.app
+                visible: true
+                onClosed: root.app.appState.showSettings = false
+            }
+        }
+    }
+}

@@ -1,0 +1,78 @@
+// SPDX-FileCopyrightText: 2026 The Pixpress authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#include "ui/application.h"
+
+#include "ui/appearance.h"
+#include "ui/pixpressapp.h"
+
+#include <QDir>
+#include <QFont>
+#include <QFontDatabase>
+#include <QIcon>
+#include <QQmlApplicationEngine>
+#include <QQuickStyle>
+#include <QQuickWindow>
+
+using namespace Qt::StringLiterals;
+
+// The types of the views are registered by a function that only a reference brings into the
+// program, since it is in a static library.
+void qml_register_types_Pixpress();
+
+namespace pixpress {
+
+namespace {
+
+void chooseFont()
+{
+    if (isFontSetByDesktop() || !QFontDatabase::hasFamily(u"Inter"_s))
+        return;
+    QFont font = QGuiApplication::font();
+    font.setFamily(u"Inter"_s);
+    QGuiApplication::setFont(font);
+}
+
+/// The files that a file manager was told to open with this program.
+QList<QUrl> filesToOpen()
+{
+    QList<QUrl> urls;
+    for (const QString &argument : QCoreApplication::arguments().mid(1))
+        urls.append(QUrl::fromUserInput(argument, QDir::currentPath(), QUrl::AssumeLocalFile));
+    return urls;
+}
+
+/// What has to be chosen before the toolkit starts. Returns what it is given, so that it can stand
+/// in an initialiser.
+int &prepared(int &argc)
+{
+    // The window is flat colour and text: the processor draws it sooner and in a third of the
+    // memory that a graphics driver takes. QT_QUICK_BACKEND chooses otherwise.
+    if (!qEnvironmentVariableIsSet("QT_QUICK_BACKEND"))
+        QQuickWindow::setSceneGraphBackend(u"software"_s);
+    // Of the toolkit's own controls only its dialogs are seen.
+    QQuickStyle::setStyle(u"Fusion"_s);
+    return argc;
+}
+
+} // namespace
+
+Application::Application(int &argc, char **argv) : QGuiApplication(prepared(argc), argv)
+{
+    chooseFont();
+    setWindowIcon(QIcon(u":/qt/qml/Pixpress/logo.svg"_s));
+    setDesktopFileName(applicationName());
+}
+
+int Application::run(SettingsStore &settings, const ServiceConfig &service)
+{
+    qml_register_types_Pixpress();
+    PixpressApp app(settings, service);
+    QQmlApplicationEngine engine;
+    if (!app.show(engine))
+        return EXIT_FAILURE;
+    app.handleDrop(filesToOpen());
+    return exec();
+}
+
+} // namespace pixpress

@@ -1,0 +1,24 @@
+// SPDX-FileCopyrightText: 2026 The Pixpress authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#pragma once
+
+#include "pipeline/settings.h"
+#include "service/tinifyservice.h"
+
+#include <QGuiApplication>
+
+namespace pixpress {
+
+/// The process of a desktop application: the toolkit, set up as this program wants it.
+class Application : public QGuiApplication
+{
+public:
+    Application(int &argc, char **argv);
+
+    /// Shows the window and runs until it is closed. Returns the exit status. `settings` must
+    /// outlive the call.
+    int run(SettingsStore &settings, const ServiceConfig &service);
+};
+
+} // namespace pixpress

@@ -1,0 +1,73 @@
+// SPDX-FileCopyrightText: 2026 The Pixpress authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#include "ui/colours.h"
+
+#include <QTextBoundaryFinder>
+
+#include <cmath>
+
+namespace pixpress {
+
+namespace {
+
+/// The text without what is neither letter nor digit at its ends.
+QStringView trimMarks(QStringView text)
+{
+    const auto isMark = [](QChar c) { return !c.isLetterOrNumber() && !c.isSurrogate(); };
+    while (!text.isEmpty() && isMark(text.front()))
+        text = text.mid(1);
+    while (!text.isEmpty() && isMark(text.back()))
+        text.chop(1);
+    return text;
+}
+
+qsizetype characterCount(QStringView text)
+{
+    QTextBoundaryFinder finder(QTextBoundaryFinder::Grapheme, text.data(), text.size());
+    qsizetype count = 0;
+    while (finder.toNextBoundary() >= 0)
+        ++count;
+    return count;
+}
+
+/// The number that the leading hex digits make; 0 without any.
+uint leadingHex(QStringView text)
+{
+    if (text.startsWith(u"0x", Qt::CaseInsensitive))
+        text = text.mid(2);
+    qsizetype length = 0;
+    while (length < text.size() &&
+           std::u16string_view(u"0123456789abcdefABCDEF").contains(text[length].unicode()))
+        ++length;
+    return text.first(length).toUInt(nullptr, 16);
+}
+
+/// A component of 0 to 1 in 255ths, halves rounded away from zero.
+uint byteOf(float component)
+{
+    const double scaled = std::round(double(component) * 255);
+    // Also refuses a value that is no number.
+    if (!(std::abs(scaled) < 9.2e18))
+        qFatal("A colour component of %f has no text form.", double(component));
+    return static_cast<uint>(static_cast<qint64>(scaled));
+}
+
+} // namespace
+
+std::optional<QColor> colourFromHex(const QString &text)
+{
+    const QStringView trimmed = trimMarks(text);
+    if (characterCount(trimmed) != 6)
+        return std::nullopt;
+    return QColor::fromRgb(leadingHex(trimmed) & 0xFFFFFF);
+}
+
+QString toHex(const QColor &colour)
+{
+    const QColor rgb = colour.spec() == QColor::ExtendedRgb ? colour : colour.toRgb();
+    return QString::asprintf("#%02x%02x%02x", byteOf(rgb.redF()), byteOf(rgb.greenF()),
+                             byteOf(rgb.blueF()));
+}
+
+} // namespace pixpress

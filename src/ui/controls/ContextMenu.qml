@@ -1,0 +1,38 @@
+// SPDX-FileCopyrightText: 2026 The Pixpress authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+import QtQuick
+import QtQuick.Templates as T
+import Pixpress
+
+/// A menu, of the menu bar or of a secondary click.
+T.Menu {
+    id: root
+
+    implicitWidth: Math.max(contentItem.implicitWidth + leftPadding + rightPadding, 150)
+    implicitHeight: contentItem.implicitHeight + topPadding + bottomPadding
+    margins: 4
+    padding: 5
+    overlap: 1
+
+    delegate: ContextMenuItem {}
+
+    contentItem: ListView {
+        implicitHeight: contentHeight
+        implicitWidth: {
+            let widest = 0;
+            for (let i = 0; i < root.count; ++i)
+                widest = Math.max(widest, root.itemAt(i).implicitWidth);
+            return widest;
+        }
+        model: root.contentModel
+        currentIndex: root.currentIndex
+        interactive: false
+    }
+    background: Rectangle {
+        radius: 7
+        color: Theme.menuBackground
+        border.width: 1
+        border.color: Theme.controlBorder
+    }
+}

@@ -1,0 +1,50 @@
+// SPDX-FileCopyrightText: 2026 The Pixpress authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+import QtQuick
+import QtQuick.Templates as T
+import Pixpress
+
+/// An entry of a menu, with its shortcut at the trailing edge.
+T.MenuItem {
+    id: root
+
+    readonly property color contentColor: highlighted && enabled ? Theme.onAccent : Theme.primary
+
+    implicitWidth: label.implicitWidth + shortcut.implicitWidth + leftPadding + rightPadding + 32
+    implicitHeight: Theme.regularControl
+    leftPadding: 9
+    rightPadding: 9
+    font: Theme.body
+    opacity: enabled ? 1 : 0.4
+
+    Accessible.role: Accessible.MenuItem
+    Accessible.name: text
+
+    contentItem: Item {
+        Text {
+            id: label
+
+            anchors.verticalCenter: parent.verticalCenter
+            text: root.text
+            font: root.font
+            color: root.contentColor
+            textFormat: Text.PlainText
+        }
+        Text {
+            id: shortcut
+
+            anchors.right: parent.right
+            anchors.verticalCenter: parent.verticalCenter
+            text: root.action ? root.action.shortcut ?? "" : ""
+            font: root.font
+            color: root.contentColor
+            opacity: 0.6
+            textFormat: Text.PlainText
+        }
+    }
+    background: Rectangle {
+        radius: 4
+        color: root.highlighted && root.enabled ? Theme.accentFill : "transparent"
+    }
+}

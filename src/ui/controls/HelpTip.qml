@@ -1,0 +1,46 @@
+// SPDX-FileCopyrightText: 2026 The Pixpress authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+import QtQuick
+import QtQuick.Templates as T
+import Pixpress
+
+/// The help that appears when the pointer rests on the control this stands in.
+Loader {
+    id: root
+
+    property string text
+    property bool shown: false
+
+    active: shown
+    width: parent.width
+    height: parent.height
+
+    sourceComponent: T.ToolTip {
+        id: tip
+
+        visible: true
+        delay: 600
+        text: root.text
+        x: Math.round((root.width - width) / 2)
+        y: root.height + 6
+        margins: 6
+        padding: 6
+        implicitWidth: implicitContentWidth + leftPadding + rightPadding
+        implicitHeight: implicitContentHeight + topPadding + bottomPadding
+        closePolicy: T.Popup.NoAutoClose
+
+        contentItem: Text {
+            text: tip.text
+            font: Theme.subheadline
+            color: Theme.primary
+            textFormat: Text.PlainText
+        }
+        background: Rectangle {
+            radius: 4
+            color: Theme.menuBackground
+            border.width: 1
+            border.color: Theme.controlBorder
+        }
+    }
+}

@@ -1,0 +1,114 @@
+// SPDX-FileCopyrightText: 2026 The Pixpress authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+pragma ComponentBehavior: Bound
+
+import QtQuick
+import QtQuick.Templates as T
+import Pixpress
+
+/// A button that shows one choice of several and opens their list.
+T.ComboBox {
+    id: root
+
+    required property string label ///< What is chosen; for assistive technology.
+
+    implicitWidth: 140
+    implicitHeight: Theme.regularControl
+    leftPadding: 10
+    rightPadding: 4
+    focusPolicy: Qt.StrongFocus
+    font: Theme.body
+    opacity: enabled ? 1 : 0.45
+
+    Accessible.role: Accessible.ComboBox
+    Accessible.name: label
+    Accessible.onPressAction: popup.open()
+
+    contentItem: Text {
+        rightPadding: 20
+        text: root.displayText
+        font: root.font
+        color: Theme.primary
+        elide: Text.ElideRight
+        verticalAlignment: Text.AlignVCenter
+        textFormat: Text.PlainText
+        Accessible.ignored: true
+    }
+    indicator: Symbol {
+        x: root.mirrored ? 6 : root.width - width - 6
+        y: (root.height - height) / 2
+        name: "chevron.up.chevron.down"
+        color: Theme.secondary
+        size: 13
+    }
+    background: Rectangle {
+        radius: Theme.controlRadius
+        color: root.down ? Theme.controlPressed : Theme.controlFill
+        border.width: 1
+        border.color: Theme.controlBorder
+
+        FocusRing {
+            visible: root.visualFocus
+        }
+    }
+    delegate: T.ItemDelegate {
+        id: choice
+
+        required property int index
+        required property string modelData
+        readonly property color contentColor: highlighted ? Theme.onAccent : Theme.primary
+
+        width: ListView.view?.width ?? 0
+        implicitHeight: Theme.regularControl
+        text: modelData
+        highlighted: root.highlightedIndex === index
+        Accessible.role: Accessible.ListItem
+        Accessible.name: modelData
+
+        contentItem: Item {
+            Symbol {
+                x: 4
+                anchors.verticalCenter: parent.verticalCenter
+                visible: choice.index === root.currentIndex
+                name: "checkmark"
+                color: choice.contentColor
+                size: 13
+            }
+            Text {
+                x: 22
+                width: parent.width - x - 6
+                anchors.verticalCenter: parent.verticalCenter
+                text: choice.text
+                font: root.font
+                color: choice.contentColor
+                elide: Text.ElideRight
+                textFormat: Text.PlainText
+            }
+        }
+        background: Rectangle {
+            radius: 4
+            color: choice.highlighted ? Theme.accentFill : "transparent"
+        }
+    }
+    popup: T.Popup {
+        y: root.height + 3
+        width: root.width
+        implicitHeight: contentItem.implicitHeight + topPadding + bottomPadding
+        margins: 6
+        padding: 5
+
+        contentItem: ListView {
+            implicitHeight: contentHeight
+            model: root.popup.visible ? root.delegateModel : null
+            currentIndex: root.highlightedIndex
+            interactive: false
+        }
+        background: Rectangle {
+            radius: 7
+            color: Theme.menuBackground
+            border.width: 1
+            border.color: Theme.controlBorder
+        }
+    }
+}

@@ -1,0 +1,77 @@
+// SPDX-FileCopyrightText: 2026 The Pixpress authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+pragma ComponentBehavior: Bound
+
+import QtQuick
+import QtQuick.Templates as T
+import Pixpress
+
+/// The tabs of a panel, as segments of one control. Each entry is a {text, symbol}.
+T.TabBar {
+    id: root
+
+    property list<TabEntry> entries
+
+    implicitWidth: contentWidth + leftPadding + rightPadding
+    implicitHeight: Theme.regularControl + 4
+    padding: 2
+    spacing: 2
+    contentWidth: count * 110
+    contentHeight: Theme.regularControl
+
+    Accessible.role: Accessible.PageTabList
+    Accessible.name: qsTr("Tabs")
+
+    background: Rectangle {
+        radius: Theme.controlRadius + 2
+        color: Theme.quaternary
+    }
+    contentItem: ListView {
+        implicitHeight: root.contentHeight
+        model: root.contentModel
+        currentIndex: root.currentIndex
+        spacing: root.spacing
+        orientation: ListView.Horizontal
+        interactive: false
+    }
+
+    Repeater {
+        model: root.entries
+
+        T.TabButton {
+            id: tab
+
+            required property TabEntry modelData
+
+            width: (root.availableWidth - root.spacing * (root.count - 1)) / root.count
+            height: Theme.regularControl
+            focusPolicy: Qt.StrongFocus
+            text: modelData.text
+            Accessible.role: Accessible.PageTab
+            Accessible.name: text
+            Accessible.onPressAction: click()
+
+            contentItem: Item {
+                SymbolLabel {
+                    anchors.centerIn: parent
+                    symbol: tab.modelData.symbol
+                    text: tab.text
+                    font: Theme.bodyMedium
+                    spacing: 6
+                    Accessible.ignored: true
+                }
+            }
+            background: Rectangle {
+                radius: Theme.controlRadius
+                color: tab.checked ? Theme.controlFill : "transparent"
+                border.width: tab.checked ? 1 : 0
+                border.color: Theme.controlBorder
+
+                FocusRing {
+                    visible: tab.visualFocus
+                }
+            }
+        }
+    }
+}

@@ -1,0 +1,48 @@
+// SPDX-FileCopyrightText: 2026 The Pixpress authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+import QtQuick
+import QtQuick.Templates as T
+import Pixpress
+
+/// A panel of the window, over its dimmed content.
+T.Popup {
+    id: root
+
+    x: Math.round(((parent?.width ?? 0) - width) / 2)
+    y: Math.round(((parent?.height ?? 0) - height) / 3)
+    modal: true
+    dim: true
+    focus: true
+    padding: 0
+    closePolicy: T.Popup.CloseOnEscape
+
+    T.Overlay.modal: Rectangle {
+        color: Theme.dimming
+    }
+
+    background: Rectangle {
+        radius: 10
+        color: Theme.windowBackground
+        border.width: 1
+        border.color: Theme.controlBorder
+    }
+    enter: Transition {
+        NumberAnimation {
+            property: "opacity"
+            from: 0
+            to: 1
+            duration: Theme.duration
+            easing.type: Easing.InOutQuad
+        }
+    }
+    exit: Transition {
+        NumberAnimation {
+            property: "opacity"
+            from: 1
+            to: 0
+            duration: Theme.duration
+            easing.type: Easing.InOutQuad
+        }
+    }
+}

@@ -1,0 +1,10 @@
+// SPDX-FileCopyrightText: 2026 The Pixpress authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+import QtQml
+
+/// One tab of SegmentedTabs.
+QtObject {
+    property string text
+    property string symbol
+}

@@ -1,0 +1,70 @@
+// SPDX-FileCopyrightText: 2026 The Pixpress authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+import QtQuick
+import QtQuick.Templates as T
+import Pixpress
+
+/// A line of text with a rounded border.
+T.TextField {
+    id: root
+
+    implicitWidth: 120
+    implicitHeight: Theme.regularControl
+    leftPadding: 7
+    rightPadding: 7
+    topPadding: 0
+    bottomPadding: 0
+    verticalAlignment: TextInput.AlignVCenter
+    font: Theme.body
+    color: Theme.primary
+    selectionColor: Theme.selection
+    selectedTextColor: Theme.primary
+    selectByMouse: true
+    passwordCharacter: "•"
+
+    Accessible.role: Accessible.EditableText
+    Accessible.name: placeholderText
+    Accessible.passwordEdit: echoMode === TextInput.Password
+
+    background: Rectangle {
+        radius: Theme.controlRadius
+        color: Theme.fieldFill
+        border.width: 1
+        border.color: Theme.controlBorder
+
+        FocusRing {
+            visible: root.activeFocus
+        }
+    }
+
+    Text {
+        anchors.fill: parent
+        anchors.leftMargin: root.leftPadding
+        anchors.rightMargin: root.rightPadding
+        visible: root.length === 0 && root.preeditText === ""
+        text: root.placeholderText
+        font: root.font
+        color: Theme.tertiary
+        elide: Text.ElideRight
+        verticalAlignment: Text.AlignVCenter
+        textFormat: Text.PlainText
+        Accessible.ignored: true
+    }
+
+    TapHandler {
+        acceptedButtons: Qt.RightButton
+        onTapped: editMenu.active = true
+    }
+
+    Loader {
+        id: editMenu
+
+        active: false
+        sourceComponent: EditMenu {
+            entry: root
+            onClosed: editMenu.active = false
+            Component.onCompleted: popup()
+        }
+    }
+}

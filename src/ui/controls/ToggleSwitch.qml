@@ -1,0 +1,76 @@
+// SPDX-FileCopyrightText: 2026 The Pixpress authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+import QtQuick
+import QtQuick.Templates as T
+import Pixpress
+
+/// A switch with its label before it, filling the row it stands in.
+T.Switch {
+    id: root
+
+    implicitWidth: label.implicitWidth + 12 + indicator.implicitWidth
+    implicitHeight: Theme.regularControl
+    focusPolicy: Qt.StrongFocus
+    font: Theme.body
+    opacity: enabled ? 1 : 0.45
+
+    Accessible.role: Accessible.CheckBox
+    Accessible.name: text
+    Accessible.checkable: true
+    Accessible.checked: checked
+    Accessible.onPressAction: click()
+    Accessible.onToggleAction: click()
+
+    contentItem: Text {
+        id: label
+
+        text: root.text
+        font: root.font
+        color: Theme.primary
+        elide: Text.ElideRight
+        verticalAlignment: Text.AlignVCenter
+        rightPadding: root.indicator.width + 12
+        textFormat: Text.PlainText
+        Accessible.ignored: true
+    }
+    indicator: Rectangle {
+        x: root.mirrored ? 0 : root.width - width
+        y: (root.height - height) / 2
+        implicitWidth: 38
+        implicitHeight: 22
+        radius: height / 2
+        color: root.checked ? Theme.accentFill : Theme.switchTrack
+
+        Behavior on color {
+            ColorAnimation {
+                duration: Theme.duration
+            }
+        }
+
+        Rectangle {
+            x: 2 + root.visualPosition * (parent.width - width - 4)
+            y: 2
+            width: 18
+            height: 18
+            radius: 9
+            color: root.down ? "#F2F2F2" : "#FFFFFF"
+            border.width: 1
+            border.color: "#14000000"
+
+            Behavior on x {
+                enabled: !root.down
+
+                NumberAnimation {
+                    duration: Theme.duration
+                    easing.type: Easing.InOutQuad
+                }
+            }
+        }
+
+        FocusRing {
+            visible: root.visualFocus
+            controlRadius: 11
+        }
+    }
+}

@@ -1,0 +1,46 @@
+// SPDX-FileCopyrightText: 2026 The Pixpress authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+import QtQuick
+import QtQuick.Templates as T
+import Pixpress
+
+/// A button of the toolbar: its symbol alone, with its help in a tip.
+T.Button {
+    id: root
+
+    property string symbol
+    property string help
+
+    implicitWidth: 34
+    implicitHeight: Theme.largeControl - 2
+    focusPolicy: Qt.TabFocus
+    opacity: enabled ? 1 : 0.35
+
+    Accessible.role: Accessible.Button
+    Accessible.name: text
+    Accessible.description: help
+    Accessible.onPressAction: click()
+
+    contentItem: Item {
+        Symbol {
+            anchors.centerIn: parent
+            name: root.symbol
+            color: Theme.primary
+            size: 18
+        }
+    }
+    background: Rectangle {
+        radius: Theme.controlRadius
+        color: root.down ? Theme.controlPressed : root.hovered ? Theme.quaternary : "transparent"
+
+        FocusRing {
+            visible: root.visualFocus
+        }
+    }
+
+    HelpTip {
+        text: root.help
+        shown: root.hovered && !root.down
+    }
+}

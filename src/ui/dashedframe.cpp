@@ -1,0 +1,33 @@
+// SPDX-FileCopyrightText: 2026 The Pixpress authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#include "ui/dashedframe.h"
+
+#include <QPainter>
+
+namespace pixpress {
+
+DashedFrame::DashedFrame(QQuickItem *parent) : QQuickPaintedItem(parent) {}
+
+void DashedFrame::setColor(const QColor &color)
+{
+    if (m_color == color)
+        return;
+    m_color = color;
+    update();
+    Q_EMIT colorChanged();
+}
+
+void DashedFrame::paint(QPainter *painter)
+{
+    QPen pen(m_color, m_lineWidth, Qt::CustomDashLine, Qt::FlatCap, Qt::MiterJoin);
+    pen.setDashPattern({m_dash / m_lineWidth, m_gap / m_lineWidth}); // in units of the pen
+    pen.setMiterLimit(10);
+    painter->setRenderHint(QPainter::Antialiasing);
+    painter->setPen(pen);
+    const qreal half = m_lineWidth / 2;
+    painter->drawRoundedRect(boundingRect().adjusted(half, half, -half, -half), m_radius - half,
+                             m_radius - half);
+}
+
+} // namespace pixpress

@@ -1,0 +1,41 @@
+// SPDX-FileCopyrightText: 2026 The Pixpress authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#pragma once
+
+#include <QColor>
+#include <QQuickPaintedItem>
+
+namespace pixpress {
+
+/// The dashed outline of a rounded rectangle. The line lies inside the item's bounds.
+class DashedFrame : public QQuickPaintedItem
+{
+    Q_OBJECT
+    QML_ELEMENT
+    Q_PROPERTY(QColor color READ color WRITE setColor NOTIFY colorChanged)
+    Q_PROPERTY(qreal radius MEMBER m_radius)       ///< Points, of the outer edge.
+    Q_PROPERTY(qreal lineWidth MEMBER m_lineWidth) ///< Points.
+    Q_PROPERTY(qreal dash MEMBER m_dash)           ///< Points of line ...
+    Q_PROPERTY(qreal gap MEMBER m_gap)             ///< ... and of nothing after it.
+
+public:
+    explicit DashedFrame(QQuickItem *parent = nullptr);
+
+    QColor color() const { return m_color; }
+    void setColor(const QColor &color);
+
+    void paint(QPainter *painter) override;
+
+Q_SIGNALS:
+    void colorChanged(); // Not emitted when an equal value is set.
+
+private:
+    QColor m_color = Qt::black;
+    qreal m_radius = 0;
+    qreal m_lineWidth = 1;
+    qreal m_dash = 1;
+    qreal m_gap = 1;
+};
+
+} // namespace pixpress

@@ -1,0 +1,36 @@
+// SPDX-FileCopyrightText: 2026 The Pixpress authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#include "ui/intake.h"
+
+#include "model/formats.h"
+#include "pipeline/appstate.h"
+
+using namespace Qt::StringLiterals;
+
+namespace pixpress {
+
+namespace {
+
+/// File managers may name this machine in the address; a file elsewhere is none of ours.
+bool isOnThisMachine(const QUrl &url)
+{
+    return url.isLocalFile() && (url.host().isEmpty() || url.host() == u"localhost"_s);
+}
+
+} // namespace
+
+void handleDrop(AppState &appState, const QList<QUrl> &dropped)
+{
+    QList<QUrl> accepted;
+    for (QUrl url : dropped) {
+        if (!isOnThisMachine(url) || !isSupported(url.fileName()))
+            continue;
+        url.setHost({});
+        accepted.append(url);
+    }
+    if (!accepted.isEmpty())
+        appState.compressionQueue()->addFiles(accepted, appState.options());
+}
+
+} // namespace pixpress

@@ -1,0 +1,17 @@
+// SPDX-FileCopyrightText: 2026 The Pixpress authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#pragma once
+
+#include <QList>
+#include <QUrl>
+
+namespace pixpress {
+
+class AppState;
+
+/// Takes in what was dropped on the window: local files of a supported extension, in one batch with
+/// the current options. The rest is left out silently; nothing looks at the disk here.
+void handleDrop(AppState &appState, const QList<QUrl> &dropped);
+
+} // namespace pixpress

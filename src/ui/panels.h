@@ -1,0 +1,35 @@
+// SPDX-FileCopyrightText: 2026 The Pixpress authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#pragma once
+
+#include "pipeline/appstate.h"
+
+#include <QPointer>
+#include <QQmlEngine>
+#include <QQuickWindow>
+
+#include <optional>
+
+namespace pixpress {
+
+/// The modal panels in which the user picks files and folders: the desktop's own where Qt has them,
+/// else Qt's. GUI thread only.
+class Panels
+{
+public:
+    /// The window that the panels stand before, and the engine that makes them.
+    void setWindow(QQmlEngine *engine, QQuickWindow *window);
+
+    /// Nothing when it is cancelled. Returns when the panel is closed.
+    QList<QUrl> pickFiles(const OpenPanelRequest &request);
+    std::optional<QUrl> pickFolder();
+
+private:
+    QList<QUrl> run(const QString &type, const QVariantMap &properties);
+
+    QPointer<QQmlEngine> m_engine;
+    QPointer<QQuickWindow> m_window;
+};
+
+} // namespace pixpress

@@ -1,0 +1,110 @@
+// SPDX-FileCopyrightText: 2026 The Pixpress authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#include "ui/pixpressapp.h"
+
+#include "ui/intake.h"
+
+#include <QQmlApplicationEngine>
+#include <QQuickWindow>
+
+using namespace Qt::StringLiterals;
+
+namespace pixpress {
+
+namespace {
+
+OpenPanel filePanel(Panels &panels, OpenPanel own)
+{
+    return own ? std::move(own)
+               : [&panels](const OpenPanelRequest &request) { return panels.pickFiles(request); };
+}
+
+OptionsEditor::FolderChooser folderPanel(Panels &panels, OptionsEditor::FolderChooser own)
+{
+    return own ? std::move(own) : [&panels] { return panels.pickFolder(); };
+}
+
+} // namespace
+
+PixpressApp::PixpressApp(SettingsStore &settings, const ServiceConfig &service)
+    : PixpressApp(settings, service, Seams())
+{
+}
+
+PixpressApp::PixpressApp(SettingsStore &settings, const ServiceConfig &service, Seams seams)
+    : m_settings(settings),
+      m_reveal(std::move(seams.reveal)),
+      m_service(service),
+      m_appState(settings, service, filePanel(m_panels, std::move(seams.openPanel)),
+                 std::move(seams.clock)),
+      m_tasks(*m_appState.compressionQueue()),
+      m_options(m_appState, folderPanel(m_panels, std::move(seams.folderChooser)))
+{
+}
+
+PixpressApp::~PixpressApp() = default;
+
+bool PixpressApp::show(QQmlApplicationEngine &engine)
+{
+    engine.addImportPath(u"qrc:/qt/qml"_s);
+    engine.setInitialProperties({{u"app"_s, QVariant::fromValue(this)}});
+    engine.load(QUrl(u"qrc:/qt/qml/Pixpress/PixpressWindow.qml"_s));
+    auto *window = qobject_cast<QQuickWindow *>(engine.rootObjects().value(0));
+    if (!window)
+        return false;
+    m_panels.setWindow(&engine, window);
+    // Once the window exists: also when it was started from a terminal it shall be in front.
+    QMetaObject::invokeMethod(
+        window,
+        [window] {
+            window->raise();
+            window->requestActivate();
+        },
+        Qt::QueuedConnection);
+    return true;
+}
+
+void PixpressApp::handleDrop(const QList<QUrl> &dropped)
+{
+    pixpress::handleDrop(m_appState, dropped);
+}
+
+void PixpressApp::retry(int row)
+{
+    m_tasks.retry(row, m_appState.options());
+}
+
+void PixpressApp::reveal(const QUrl &file)
+{
+    m_reveal(file);
+}
+
+void PixpressApp::clearCompleted()
+{
+    m_appState.compressionQueue()->clearCompleted();
+}
+
+void PixpressApp::clearAll()
+{
+    m_appState.compressionQueue()->clearAll();
+}
+
+QString PixpressApp::storedKey() const
+{
+    return KeychainHelper::loadAPIKey(m_settings).value_or(QString());
+}
+
+QCoro::Task<TinifyService::Result<bool>> PixpressApp::validateAPIKey(QString key)
+{
+    const auto check = m_checks.emplace(m_checks.end(), m_service);
+    const auto isValid = co_await check->validateAPIKey(key);
+    // Not here, where its own answer is being delivered. When the application is ending this is
+    // never run, and must not be: the list is going.
+    QMetaObject::invokeMethod(this, [this, check] { m_checks.erase(check); }, Qt::QueuedConnection);
+    if (isValid.value_or(false))
+        m_appState.saveAPIKey(key);
+    co_return isValid;
+}
+
+} // namespace pixpress

@@ -1,0 +1,85 @@
+// SPDX-FileCopyrightText: 2026 The Pixpress authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#pragma once
+
+#include "pipeline/appstate.h"
+#include "ui/optionseditor.h"
+#include "ui/panels.h"
+#include "ui/reveal.h"
+#include "ui/taskmodel.h"
+#include "ui/thumbnails.h"
+
+#include <QObject>
+#include <QQmlEngine>
+
+#include <list>
+
+class QQmlApplicationEngine;
+
+namespace pixpress {
+
+/// The application behind its one window: owns the state and what the views need around it. Every
+/// view is handed this one object. GUI thread only.
+class PixpressApp : public QObject
+{
+    Q_OBJECT
+    QML_ELEMENT
+    QML_UNCREATABLE("The process has one.")
+    Q_PROPERTY(pixpress::AppState *appState READ appState CONSTANT)
+    Q_PROPERTY(pixpress::TaskModel *tasks READ tasks CONSTANT)
+    Q_PROPERTY(pixpress::OptionsEditor *options READ options CONSTANT)
+    Q_PROPERTY(pixpress::Thumbnails *thumbnails READ thumbnails CONSTANT)
+
+public:
+    /// What the application reaches outside itself; a test puts its own in.
+    struct Seams
+    {
+        OpenPanel openPanel = {};                        ///< By default the toolkit's dialog.
+        OptionsEditor::FolderChooser folderChooser = {}; ///< By default the toolkit's dialog.
+        Revealer reveal = &revealFile;
+        QuotaTracker::Clock clock = &QDateTime::currentDateTime;
+    };
+
+    /// `settings` must outlive the application.
+    PixpressApp(SettingsStore &settings, const ServiceConfig &service);
+    PixpressApp(SettingsStore &settings, const ServiceConfig &service, Seams seams);
+    ~PixpressApp() override;
+
+    AppState *appState() { return &m_appState; }
+    TaskModel *tasks() { return &m_tasks; }
+    OptionsEditor *options() { return &m_options; }
+    Thumbnails *thumbnails() { return &m_thumbnails; }
+
+    /// Opens the main window, in front of the others. `engine` must outlive it; false when the
+    /// window cannot be made.
+    bool show(QQmlApplicationEngine &engine);
+
+    /// Adds what was dropped on the window: local files of a supported extension, in one batch.
+    Q_INVOKABLE void handleDrop(const QList<QUrl> &dropped);
+    /// Makes the failed task of this row pending again, with the options of this moment.
+    Q_INVOKABLE void retry(int row);
+    /// Shows the file in the desktop's file browser.
+    Q_INVOKABLE void reveal(const QUrl &file);
+    Q_INVOKABLE void clearCompleted();
+    Q_INVOKABLE void clearAll();
+
+    /// The stored key, to fill a masked field with; empty when there is none.
+    Q_INVOKABLE QString storedKey() const;
+    /// Asks the service, and saves the key when it is good.
+    QCoro::Task<TinifyService::Result<bool>> validateAPIKey(QString key);
+
+private:
+    SettingsStore &m_settings;
+    Panels m_panels;
+    const Revealer m_reveal;
+    const ServiceConfig m_service;
+    AppState m_appState;
+    TaskModel m_tasks;
+    OptionsEditor m_options;
+    Thumbnails m_thumbnails;
+    /// One a running check. Last, so that they go first: that ends the checks.
+    std::list<TinifyService> m_checks;
+};
+
+} // namespace pixpress

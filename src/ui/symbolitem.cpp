@@ -1,0 +1,83 @@
+// SPDX-FileCopyrightText: 2026 The Pixpress authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#include "ui/symbolitem.h"
+
+#include <QHash>
+#include <QPainter>
+#include <QSvgRenderer>
+
+#include <memory>
+
+using namespace Qt::StringLiterals;
+
+namespace pixpress {
+
+namespace {
+
+/// Parsed once a symbol. Used while an item is painted: by one thread at a time, but not always
+/// the same one, when there are several windows.
+QSvgRenderer &drawing(const QString &name)
+{
+    thread_local QHash<QString, std::shared_ptr<QSvgRenderer>> drawings;
+    auto &drawing = drawings[name];
+    if (!drawing) {
+        drawing = std::make_shared<QSvgRenderer>(u":/qt/qml/Pixpress/symbols/%1.svg"_s.arg(name));
+        if (!drawing->isValid())
+            qWarning("There is no symbol \"%s\".", qUtf8Printable(name));
+    }
+    return *drawing;
+}
+
+} // namespace
+
+SymbolItem::SymbolItem(QQuickItem *parent) : QQuickPaintedItem(parent)
+{
+    setSize(16);
+}
+
+void SymbolItem::setName(const QString &name)
+{
+    if (m_name == name)
+        return;
+    m_name = name;
+    update();
+    Q_EMIT nameChanged();
+}
+
+void SymbolItem::setColor(const QColor &color)
+{
+    if (m_color == color)
+        return;
+    m_color = color;
+    update();
+    Q_EMIT colorChanged();
+}
+
+void SymbolItem::setSize(qreal size)
+{
+    if (qFuzzyCompare(implicitWidth(), size))
+        return;
+    setImplicitSize(size, size);
+    Q_EMIT sizeChanged();
+}
+
+void SymbolItem::paint(QPainter *painter)
+{
+    if (m_name.isEmpty())
+        return;
+    // The drawing is black on nothing; its coverage is what is kept of it.
+    const qreal ratio = painter->device()->devicePixelRatio();
+    const QTransform &transform = painter->transform();
+    const QSizeF pixels = boundingRect().size() * ratio * transform.m11();
+    QImage image(pixels.toSize(), QImage::Format_ARGB32_Premultiplied);
+    image.fill(Qt::transparent);
+    QPainter tint(&image);
+    drawing(m_name).render(&tint);
+    tint.setCompositionMode(QPainter::CompositionMode_SourceIn);
+    tint.fillRect(image.rect(), m_color);
+    tint.end();
+    painter->drawImage(boundingRect(), image);
+}
+
+} // namespace pixpress

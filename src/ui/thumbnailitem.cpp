@@ -1,0 +1,78 @@
+// SPDX-FileCopyrightText: 2026 The Pixpress authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#include "ui/thumbnailitem.h"
+
+#include "model/formats.h"
+
+#include <QPainter>
+
+namespace pixpress {
+
+ThumbnailItem::ThumbnailItem(QQuickItem *parent) : QQuickPaintedItem(parent)
+{
+    connect(&m_watcher, &QFutureWatcher<QImage>::finished, this, [this] {
+        if (!m_watcher.isCanceled())
+            setImage(m_watcher.result());
+    });
+}
+
+ThumbnailItem::~ThumbnailItem()
+{
+    m_watcher.cancel();
+}
+
+void ThumbnailItem::setUrl(const QUrl &url)
+{
+    if (m_url == url)
+        return;
+    m_url = url;
+    Q_EMIT urlChanged();
+    if (isComponentComplete())
+        load();
+}
+
+QString ThumbnailItem::pathExtension() const
+{
+    return pixpress::pathExtension(m_url.fileName());
+}
+
+void ThumbnailItem::componentComplete()
+{
+    QQuickPaintedItem::componentComplete();
+    load();
+}
+
+void ThumbnailItem::load()
+{
+    m_watcher.cancel();
+    setImage({});
+    if (m_thumbnails)
+        m_watcher.setFuture(m_thumbnails->request(m_url));
+}
+
+void ThumbnailItem::setImage(const QImage &image)
+{
+    const bool wasReady = isReady();
+    m_image = image;
+    update();
+    if (wasReady != isReady())
+        Q_EMIT readyChanged();
+}
+
+void ThumbnailItem::paint(QPainter *painter)
+{
+    if (m_image.isNull())
+        return;
+    const QSizeF filled = QSizeF(m_image.size()).scaled(size(), Qt::KeepAspectRatioByExpanding);
+    QBrush brush(m_image);
+    brush.setTransform(
+        QTransform::fromTranslate((width() - filled.width()) / 2, (height() - filled.height()) / 2)
+            .scale(filled.width() / m_image.width(), filled.height() / m_image.height()));
+    painter->setRenderHints(QPainter::Antialiasing | QPainter::SmoothPixmapTransform);
+    painter->setPen(Qt::NoPen);
+    painter->setBrush(brush);
+    painter->drawRoundedRect(boundingRect(), m_radius, m_radius);
+}
+
+} // namespace pixpress

@@ -1,0 +1,55 @@
+// SPDX-FileCopyrightText: 2026 The Pixpress authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#pragma once
+
+#include "ui/thumbnails.h"
+
+#include <QFutureWatcher>
+#include <QPointer>
+#include <QQuickPaintedItem>
+
+namespace pixpress {
+
+/// Paints the thumbnail of an image file once it is there, filling the item, what sticks out cut
+/// off, with rounded corners.
+class ThumbnailItem : public QQuickPaintedItem
+{
+    Q_OBJECT
+    QML_ELEMENT
+    Q_PROPERTY(QUrl url READ url WRITE setUrl NOTIFY urlChanged REQUIRED)
+    Q_PROPERTY(pixpress::Thumbnails *thumbnails MEMBER m_thumbnails REQUIRED)
+    Q_PROPERTY(qreal radius MEMBER m_radius)
+    Q_PROPERTY(QString pathExtension READ pathExtension NOTIFY urlChanged)
+    Q_PROPERTY(bool ready READ isReady NOTIFY readyChanged)
+
+public:
+    explicit ThumbnailItem(QQuickItem *parent = nullptr);
+    ~ThumbnailItem() override;
+
+    QUrl url() const { return m_url; }
+    void setUrl(const QUrl &url);
+    QString pathExtension() const; ///< As it is written, without the dot.
+    bool isReady() const { return !m_image.isNull(); }
+
+    void paint(QPainter *painter) override;
+
+Q_SIGNALS:
+    void urlChanged();
+    void readyChanged();
+
+protected:
+    void componentComplete() override;
+
+private:
+    void load();
+    void setImage(const QImage &image);
+
+    QUrl m_url;
+    QPointer<Thumbnails> m_thumbnails;
+    qreal m_radius = 0;
+    QImage m_image;
+    QFutureWatcher<QImage> m_watcher;
+};
+
+} // namespace pixpress
