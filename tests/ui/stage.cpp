@@ -1,0 +1,132 @@
+// SPDX-FileCopyrightText: 2026 The Pixpress authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#include "stage.h"
+
+#include <QDir>
+#include <QFile>
+#include <QJsonDocument>
+#include <QJsonObject>
+
+using namespace Qt::StringLiterals;
+
+namespace pixpress::test {
+
+namespace {
+
+QString keyOf(const Request &request)
+{
+    const QByteArray credentials = request.headers.value("authorization").mid(6); // "Basic "
+    return QString::fromUtf8(QByteArray::fromBase64(credentials).mid(4));         // "api:"
+}
+
+} // namespace
+
+Stage::Stage()
+{
+    server.setScript([this](const Request &request) { return answer(request); });
+    start();
+}
+
+Stage::~Stage() = default;
+
+void Stage::start(const QString &key)
+{
+    const std::unique_ptr<PixpressApp> previous = std::move(m_app);
+    m_settings.setValue(u"pixpress_api_key"_s, key);
+    batches.clear();
+    m_app = std::make_unique<PixpressApp>(
+        m_settings, ServiceConfig{.baseURL = server.url(), .limits = {}},
+        PixpressApp::Seams{
+            .openPanel = [this](const OpenPanelRequest &) { return picked; },
+            .folderChooser =
+                [this] {
+                    return pickedFolder.isEmpty() ? std::nullopt : std::optional(pickedFolder);
+                },
+            .reveal = [this](const QUrl &url) { revealed.append(url); }});
+    connect(m_app->appState()->compressionQueue(), &CompressionQueue::tasksAdded, this,
+            [this](qsizetype, qsizetype count) { batches.append(count); });
+    Q_EMIT appChanged();
+}
+
+QUrl Stage::file(const QString &name, int bytes)
+{
+    QFile file(m_dir.filePath(name));
+    if (!file.open(QIODevice::WriteOnly) || file.write(QByteArray(bytes, 'x')) != bytes)
+        qFatal("%s cannot be written.", qUtf8Printable(name));
+    return QUrl::fromLocalFile(file.fileName());
+}
+
+QUrl Stage::sample(const QString &name) const
+{
+    return QUrl::fromLocalFile(QDir(QStringLiteral(PIXPRESS_SAMPLES)).filePath(name));
+}
+
+void Stage::answerWith(int inputSize, int outputSize)
+{
+    m_status = 0;
+    m_inputSize = inputSize;
+    m_outputSize = outputSize;
+}
+
+void Stage::failWith(int status, const QString &message)
+{
+    m_status = status;
+    m_message = message;
+}
+
+void Stage::setCount(int count)
+{
+    m_app->appState()->quotaTracker()->setCurrentCount(count);
+}
+
+QString Stage::storedKey() const
+{
+    return m_settings.value(u"pixpress_api_key"_s).toString();
+}
+
+QString Stage::options() const
+{
+    const auto body = m_app->appState()->options().toJSON();
+    return body ? QString::fromUtf8(QJsonDocument(*body).toJson(QJsonDocument::Compact))
+                : QString();
+}
+
+int Stage::uploads() const
+{
+    return static_cast<int>(
+        std::ranges::count_if(server.requests, [](const Request &request) {
+            return request.target == "/shrink" && !request.body.isEmpty();
+        }));
+}
+
+QStringList Stage::keys() const
+{
+    QStringList keys;
+    for (const Request &request : server.requests)
+        keys.append(keyOf(request));
+    return keys;
+}
+
+Answer Stage::answer(const Request &request)
+{
+    if (!m_acceptedKey.isEmpty() && keyOf(request) != m_acceptedKey)
+        return {.status = 401, .body = R"({"error":"Unauthorized","message":"No."})"};
+    if (m_status != 0) {
+        const QJsonObject body{{u"error"_s, u"Failed"_s}, {u"message"_s, m_message}};
+        return {.status = m_status, .body = QJsonDocument(body).toJson()};
+    }
+    if (request.target != "/shrink")
+        return {.status = 200, .body = QByteArray(m_outputSize, 'y')};
+    if (request.body.isEmpty())
+        return {.status = 400, .body = R"({"error":"InputMissing","message":"File is empty."})"};
+    Answer answer = shrinkAnswer(server.url(u"/output/1"_s));
+    auto body = QJsonDocument::fromJson(answer.body).object();
+    auto input = body[u"input"].toObject();
+    input[u"size"] = m_inputSize;
+    body[u"input"] = input;
+    answer.body = QJsonDocument(body).toJson();
+    return answer;
+}
+
+} // namespace pixpress::test

@@ -1,0 +1,79 @@
+// SPDX-FileCopyrightText: 2026 The Pixpress authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#pragma once
+
+#include "support/scriptedserver.h"
+#include "ui/pixpressapp.h"
+
+#include <QQmlEngine>
+#include <QTemporaryDir>
+
+#include <memory>
+
+namespace pixpress::test {
+
+/// The application on a stage: a service that answers as it is told, settings that leave no trace,
+/// files of its own, and stand-ins for the panels and the file browser.
+class Stage : public QObject
+{
+    Q_OBJECT
+    QML_ELEMENT
+    Q_PROPERTY(pixpress::PixpressApp *app READ app NOTIFY appChanged)
+    Q_PROPERTY(QList<QUrl> picked MEMBER picked)
+    Q_PROPERTY(QUrl pickedFolder MEMBER pickedFolder)
+    Q_PROPERTY(QList<QUrl> revealed MEMBER revealed)
+    Q_PROPERTY(int uploads READ uploads)
+    Q_PROPERTY(QStringList keys READ keys)
+
+public:
+    Stage();
+    ~Stage() override;
+
+    PixpressApp *app() { return m_app.get(); }
+
+    /// Starts the application anew, with this key stored; without one when it is empty.
+    Q_INVOKABLE void start(const QString &key = QStringLiteral("stored"));
+    /// Makes a file of so many bytes that is no picture; its address.
+    Q_INVOKABLE QUrl file(const QString &name, int bytes = 1000);
+    /// The address of one of the project's own pictures.
+    Q_INVOKABLE QUrl sample(const QString &name) const;
+    /// What an upload is said to be, and the bytes that the output then has.
+    Q_INVOKABLE void answerWith(int inputSize, int outputSize);
+    Q_INVOKABLE void failWith(int status, const QString &message);
+    /// Keys other than this are answered with 401.
+    Q_INVOKABLE void acceptOnly(const QString &key) { m_acceptedKey = key; }
+    /// While held, requests wait for their answers.
+    Q_INVOKABLE void hold() { server.hold(); }
+    Q_INVOKABLE void releaseOne() { server.releaseOne(); }
+    Q_INVOKABLE void release() { server.release(); }
+    Q_INVOKABLE void setCount(int count);
+    Q_INVOKABLE QString storedKey() const;
+    Q_INVOKABLE QString options() const; ///< The current options, as text to compare.
+
+    int uploads() const;
+    QStringList keys() const; ///< Of the requests so far.
+
+    ScriptedServer server;
+    QList<QUrl> picked;
+    QUrl pickedFolder;
+    QList<QUrl> revealed;
+    QList<qsizetype> batches; ///< Sizes of what was added at once.
+
+Q_SIGNALS:
+    void appChanged();
+
+private:
+    Answer answer(const Request &request);
+
+    QTemporaryDir m_dir;
+    TransientSettings m_settings;
+    int m_inputSize = 1000;
+    int m_outputSize = 400;
+    int m_status = 0; ///< Of the failure to answer with; 0 for none.
+    QString m_message;
+    QString m_acceptedKey;
+    std::unique_ptr<PixpressApp> m_app;
+};
+
+} // namespace pixpress::test

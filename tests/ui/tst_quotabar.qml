@@ -1,0 +1,63 @@
+// SPDX-FileCopyrightText: 2026 The Pixpress authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+import QtQuick
+import QtTest
+import Pixpress
+import Pixpress.Testing
+
+TestCase {
+    id: root
+
+    name: "QuotaBarView"
+    when: windowShown
+    visible: true
+    width: 600
+    height: 60
+
+    Stage {
+        id: stage
+    }
+
+    Component {
+        id: view
+
+        QuotaBarView {
+            width: root.width
+            quotaTracker: stage.app.appState.quotaTracker
+        }
+    }
+
+    function init() {
+        failOnWarning(/.?/);
+    }
+
+    function test_count_data() {
+        return [
+            { tag: "0", count: 0, color: Theme.blue, left: "(500 left)" },
+            { tag: "375", count: 375, color: Theme.blue, left: "(125 left)" },
+            { tag: "376", count: 376, color: Theme.orange, left: "(124 left)" },
+            { tag: "450", count: 450, color: Theme.orange, left: "(50 left)" },
+            { tag: "451", count: 451, color: Theme.red, left: "(49 left)" },
+            { tag: "520", count: 520, color: Theme.red, left: "(0 left)" }
+        ];
+    }
+
+    function test_count(row) {
+        const bar = createTemporaryObject(view, root);
+        stage.setCount(row.count);
+        compare(findChild(bar, "count").text, row.count + "/500");
+        compare(findChild(bar, "remaining").text, row.left);
+        compare(findChild(bar, "fill").color, row.color);
+        tryVerify(() => findChild(bar, "bar").width > 100);
+        compare(findChild(bar, "fill").width, findChild(bar, "bar").width * row.count / 500);
+        compare(findChild(bar, "fill").height, 8);
+        compare(findChild(bar, "fill").radius, 4);
+    }
+
+    function test_month_isShownAsItIsStored() {
+        const bar = createTemporaryObject(view, root);
+        stage.app.appState.quotaTracker.monthYear = "2025-03";
+        compare(findChild(bar, "month").text, "2025-03");
+    }
+}
