@@ -5,6 +5,7 @@
 
 #include <QSocketNotifier>
 
+#include <array>
 #include <csignal>
 #include <sys/socket.h>
 #include <unistd.h>
@@ -13,7 +14,7 @@ namespace pixpress::cli {
 
 namespace {
 
-int ends[2]; // a signal handler may do little more than write to a socket
+std::array<int, 2> ends; // a signal handler may do little more than write to a socket
 
 void tellEventLoop(int)
 {
@@ -25,7 +26,7 @@ void tellEventLoop(int)
 
 void onInterrupt(QObject *context, std::function<void()> stop)
 {
-    if (socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0, ends) != 0)
+    if (socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0, ends.data()) != 0)
         return; // the signals then end the process as ever
     auto *notifier = new QSocketNotifier(ends[1], QSocketNotifier::Read, context);
     QObject::connect(notifier, &QSocketNotifier::activated, context, std::move(stop));

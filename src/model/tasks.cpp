@@ -5,6 +5,8 @@
 
 #include <QFileInfo>
 
+#include <cmath>
+
 namespace pixpress {
 
 qint64 CompressionResult::savingsPercentage() const
@@ -14,7 +16,7 @@ qint64 CompressionResult::savingsPercentage() const
     const double percent =
         (1.0 - static_cast<double>(compressedSize) / static_cast<double>(originalSize)) * 100.0;
     // Casting a double that a qint64 cannot hold would be undefined.
-    if (!(percent >= -0x1p63 && percent < 0x1p63))
+    if (std::isnan(percent) || percent < -0x1p63 || percent >= 0x1p63)
         qFatal("Savings of %f %% do not fit a 64-bit integer.", percent);
     return static_cast<qint64>(percent);
 }

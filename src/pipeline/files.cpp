@@ -155,7 +155,7 @@ std::expected<QUrl, QString> writeOutput(const QUrl &source, const CompressionOp
         return name.url();
     }
     for (int number = 0;; ++number) {
-        const QUrl target = name.url(number);
+        QUrl target = name.url(number);
         const auto written = writeNew(target.toLocalFile(), bytes);
         if (written)
             return target;

@@ -165,7 +165,7 @@ QCoro::Task<> CompressionQueue::processTask(QUuid taskId, CompressionOptions opt
 }
 
 /// Records the outcome if the task is still listed, and goes on with the next.
-void CompressionQueue::endTask(QUuid taskId, TaskStatus outcome)
+void CompressionQueue::endTask(QUuid taskId, const TaskStatus &outcome)
 {
     // A task that fails before it has waited for anything would end inside the call that starts
     // it, and a thousand unreadable files would be a recursion.

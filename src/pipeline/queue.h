@@ -94,7 +94,7 @@ private:
 
     void processNext();
     QCoro::Task<> processTask(QUuid taskId, CompressionOptions options, QString apiKey);
-    void endTask(QUuid taskId, TaskStatus outcome);
+    void endTask(QUuid taskId, const TaskStatus &outcome);
     void syncQuota(qint64 reportedCount);
 
     CompressionTask &taskAt(qsizetype index);

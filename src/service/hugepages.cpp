@@ -15,11 +15,11 @@ void preferHugePages([[maybe_unused]] QByteArray &buffer)
     constexpr qsizetype worthwhile = 8 << 20;
     if (buffer.capacity() < worthwhile)
         return;
-    const auto page = static_cast<std::uintptr_t>(sysconf(_SC_PAGESIZE));
-    const auto begin = reinterpret_cast<std::uintptr_t>(buffer.data());
-    const auto end = begin + static_cast<std::uintptr_t>(buffer.capacity());
-    const auto first = (begin + page - 1) / page * page;
-    madvise(reinterpret_cast<void *>(first), (end - first) / page * page, MADV_HUGEPAGE);
+    const auto page = static_cast<size_t>(sysconf(_SC_PAGESIZE));
+    char *const begin = buffer.data();
+    const size_t skipped = (page - reinterpret_cast<std::uintptr_t>(begin) % page) % page;
+    const size_t size = static_cast<size_t>(buffer.capacity()) - skipped;
+    madvise(begin + skipped, size / page * page, MADV_HUGEPAGE);
 #endif
 }
 

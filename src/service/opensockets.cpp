@@ -19,10 +19,10 @@ int localPort(curl_socket_t socket)
     socklen_t length = sizeof address;
     if (getsockname(socket, reinterpret_cast<sockaddr *>(&address), &length) != 0)
         return -1;
-    switch (address.ss_family) {
-    case AF_INET: return ntohs(reinterpret_cast<const sockaddr_in &>(address).sin_port);
-    case AF_INET6: return ntohs(reinterpret_cast<const sockaddr_in6 &>(address).sin6_port);
-    }
+    if (address.ss_family == AF_INET)
+        return ntohs(reinterpret_cast<const sockaddr_in &>(address).sin_port);
+    if (address.ss_family == AF_INET6)
+        return ntohs(reinterpret_cast<const sockaddr_in6 &>(address).sin6_port);
     return -1;
 }
 

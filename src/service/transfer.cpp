@@ -229,10 +229,10 @@ size_t Transfer::sendBody(char *to, size_t size, size_t count, void *self)
 {
     auto &transfer = *static_cast<Transfer *>(self);
     transfer.m_lastMove = Clock::now();
-    const qsizetype length = std::min(static_cast<qsizetype>(size * count),
-                                      transfer.m_request.body->size() - transfer.m_sent);
-    std::memcpy(to, transfer.m_request.body->constData() + transfer.m_sent,
-                static_cast<size_t>(length));
+    const QByteArray body = transfer.m_request.body.value_or(QByteArray());
+    const size_t length =
+        std::min(size * count, static_cast<size_t>(body.size() - transfer.m_sent));
+    std::memcpy(to, body.constData() + transfer.m_sent, length);
     // A server that refuses an upload answers and closes at once. Sending on into the closed
     // connection is an error, with which libcurl would drop the answer unread.
     if (!transfer.m_paused && transfer.answerIsWaiting()) {
@@ -240,8 +240,8 @@ size_t Transfer::sendBody(char *to, size_t size, size_t count, void *self)
         return CURL_READFUNC_PAUSE;
     }
     transfer.m_paused = false;
-    transfer.m_sent += length;
-    return static_cast<size_t>(length);
+    transfer.m_sent += static_cast<qsizetype>(length);
+    return length;
 }
 
 /// Called for each line of a head, also of the interim answers before the answer, and for trailers.
@@ -268,13 +268,13 @@ size_t Transfer::receiveBody(char *data, size_t size, size_t count, void *self)
         body.reserve(std::clamp<qint64>(announced, 0, maxReserved));
         preferHugePages(body);
     }
-    const auto length = static_cast<qsizetype>(size * count);
-    if (body.size() + length > transfer.m_limits.largestAnswer) {
+    const QByteArrayView piece(data, static_cast<qsizetype>(size * count));
+    if (body.size() + piece.size() > transfer.m_limits.largestAnswer) {
         transfer.m_answerTooLarge = true;
         return CURL_WRITEFUNC_ERROR;
     }
-    body.append(data, length);
-    return static_cast<size_t>(length);
+    body.append(piece);
+    return size * count;
 }
 
 /// Called when a connection for the request is there.

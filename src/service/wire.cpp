@@ -7,6 +7,7 @@
 #include <QJsonObject>
 
 #include <charconv>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 
@@ -19,7 +20,9 @@ namespace {
 class Members
 {
 public:
-    Members(const QJsonObject &object, const QString &path) : m_object(object), m_path(path) {}
+    Members(QJsonObject object, QString path) : m_object(std::move(object)), m_path(std::move(path))
+    {
+    }
 
     QString string(const QString &name)
     {
