@@ -103,7 +103,8 @@ void ConnectionStream::measureHead(const char *from, size_t size)
         }
         m_isLineEmpty = byte == '\n' || (byte == '\r' && m_isLineEmpty);
     }
-    m_failed = m_failed || m_headBytes > m_limits.headBytes;
+    // It is not at its end.
+    m_failed = m_failed || m_headBytes >= m_limits.headBytes;
 }
 
 ssize_t ConnectionStream::receive(Clock::duration silence)

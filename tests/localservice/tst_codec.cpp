@@ -371,6 +371,7 @@ void TestCodec::damagedPictures_areRefused_data()
     QByteArray jpeg = saved(noise(200, 150), ImageFormat::jpeg);
     QTest::newRow("JPEG with an early end")
         << QByteArray(jpeg).replace(jpeg.size() / 2, 2, QByteArray::fromHex("ffd9"));
+    QTest::newRow("JPEG without its end") << jpeg.chopped(2);
     QByteArray png = saved(noise(200, 150), ImageFormat::png);
     QTest::newRow("PNG with other bytes") << png.replace(png.size() / 2, 4, "abcd");
 }

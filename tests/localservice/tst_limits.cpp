@@ -129,7 +129,7 @@ void TestLimits::headUpToTheLimit_isTaken()
     }
     // What follows the head does not count.
     QCOMPARE(peer.request("POST", "/", QByteArray(100'000, 'x')).body, "100000");
-    peer.send(QByteArray(whole).insert(whole.size() - 2, "A: b\r\n"));
+    peer.send(QByteArray(whole).insert(whole.size() - 4, 'b'));
     QVERIFY(peer.isEndedByService());
 }
 

@@ -29,6 +29,7 @@ private Q_SLOTS:
     void usedUp_isOnlyWhatWasCounted();
     void parallelRequests_doNotOvershootTheLimit_data();
     void parallelRequests_doNotOvershootTheLimit();
+    void usedUpLimit_refusesBeforeTheBody();
     void failedRequest_givesItsPlaceBack_data();
     void failedRequest_givesItsPlaceBack();
 };
@@ -135,6 +136,19 @@ void TestMeter::parallelRequests_doNotOvershootTheLimit()
     QCOMPARE(compressed, limit - before);
     QCOMPARE(refused, requestCount - compressed);
     QCOMPARE(service.compressionCount(), limit);
+}
+
+void TestMeter::usedUpLimit_refusesBeforeTheBody()
+{
+    LocalService service(configWithLimit(0));
+    QVERIFY(service.start());
+    Peer peer(service.baseURL());
+    peer.send(head("POST", "/shrink",
+                   {{"Authorization", credentials("key")}, {"Content-Length", "1000000"}}));
+    const Answer answer = peer.receive();
+    QCOMPARE(answer.status, 429);
+    QCOMPARE(answer.header("compression-count"), "0");
+    QVERIFY(peer.isEndedByService());
 }
 
 void TestMeter::failedRequest_givesItsPlaceBack_data()
