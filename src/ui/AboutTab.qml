@@ -9,6 +9,7 @@ ColumnLayout {
     spacing: 16
 
     Item {
+        Layout.fillWidth: true
         Layout.fillHeight: true
     }
     Symbol {
@@ -54,13 +55,10 @@ ColumnLayout {
         spacing: 4
         Layout.alignment: Qt.AlignHCenter
 
-        Text {
-            text: qsTr("Built with ❤️ by")
+        CreditsText {
+            credits: qsTr("Built with ❤️ by")
             font: Theme.subheadline
             color: Theme.primary
-            textFormat: Text.PlainText
-            Accessible.role: Accessible.StaticText
-            Accessible.name: text
         }
         LinkLabel {
             text: About.authorName

@@ -19,6 +19,7 @@ Rectangle {
     Flickable {
         id: flickable
 
+        objectName: "form"
         anchors.fill: parent
         contentHeight: form.implicitHeight + 2 * form.y
         boundsBehavior: Flickable.StopAtBounds

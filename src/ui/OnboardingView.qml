@@ -98,16 +98,16 @@ Rectangle {
         }
 
         Item {
-            implicitHeight: card.implicitHeight
+            implicitHeight: card.implicitHeight + 48
             Layout.fillWidth: true
             Layout.maximumWidth: 480
             Layout.alignment: Qt.AlignHCenter
 
             Shadow {
-                x: -blur
-                y: 4 - blur
-                width: parent.width + 2 * blur
-                height: parent.height + 2 * blur
+                anchors.fill: parent
+                anchors.margins: -12 // the blur
+                anchors.topMargin: -12 + 4
+                anchors.bottomMargin: -12 - 4
                 radius: 14
                 blur: 12
                 color: "#14000000"
@@ -124,7 +124,6 @@ Rectangle {
 
                 anchors.fill: parent
                 anchors.margins: 24
-                implicitHeight: childrenRect.height + 48
                 spacing: 16
 
                 ColumnLayout {
@@ -198,6 +197,7 @@ Rectangle {
                         text: qsTr("Don't have a key yet?")
                         font: Theme.caption
                         color: Theme.secondary
+                        Layout.fillWidth: false
                     }
                     LinkLabel {
                         text: qsTr("Get a free API key at %1 →").arg(About.developersHost)
@@ -218,11 +218,10 @@ Rectangle {
             bottomPadding: 24
             Layout.alignment: Qt.AlignHCenter
 
-            Text {
-                text: qsTr("Built with ❤️ by ")
+            CreditsText {
+                credits: qsTr("Built with ❤️ by ")
                 font: Theme.caption
                 color: Theme.tertiary
-                textFormat: Text.PlainText
             }
             Text {
                 text: About.authorName

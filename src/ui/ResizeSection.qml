@@ -60,6 +60,7 @@ FormSection {
                     digits: root.options.width
                     onEdited: digits => root.options.width = digits
                     Layout.fillWidth: true
+                    Layout.preferredWidth: 1 // equal shares
                 }
                 Text {
                     objectName: "or"
@@ -79,6 +80,7 @@ FormSection {
                     digits: root.options.height
                     onEdited: digits => root.options.height = digits
                     Layout.fillWidth: true
+                    Layout.preferredWidth: 1
                 }
             }
             SymbolLabel {

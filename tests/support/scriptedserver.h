@@ -58,6 +58,9 @@ public:
     /// Answers the oldest held request only.
     void releaseOne();
 
+    /// How many held requests there are.
+    qsizetype waiting() const { return m_waiting.size(); }
+
     QList<Request> requests; ///< In the order in which they were complete.
     int connections = 0;
 

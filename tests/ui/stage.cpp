@@ -37,13 +37,13 @@ void Stage::start(const QString &key)
     batches.clear();
     m_app = std::make_unique<PixpressApp>(
         m_settings, ServiceConfig{.baseURL = server.url(), .limits = {}},
-        PixpressApp::Seams{
-            .openPanel = [this](const OpenPanelRequest &) { return picked; },
-            .folderChooser =
-                [this] {
-                    return pickedFolder.isEmpty() ? std::nullopt : std::optional(pickedFolder);
-                },
-            .reveal = [this](const QUrl &url) { revealed.append(url); }});
+        PixpressApp::Seams{.openPanel = [this](const OpenPanelRequest &) { return picked; },
+                           .folderChooser =
+                               [this] {
+                                   return pickedFolder.isEmpty() ? std::nullopt
+                                                                 : std::optional(pickedFolder);
+                               },
+                           .reveal = [this](const QUrl &url) { revealed.append(url); }});
     connect(m_app->appState()->compressionQueue(), &CompressionQueue::tasksAdded, this,
             [this](qsizetype, qsizetype count) { batches.append(count); });
     Q_EMIT appChanged();
@@ -94,10 +94,9 @@ QString Stage::options() const
 
 int Stage::uploads() const
 {
-    return static_cast<int>(
-        std::ranges::count_if(server.requests, [](const Request &request) {
-            return request.target == "/shrink" && !request.body.isEmpty();
-        }));
+    return static_cast<int>(std::ranges::count_if(server.requests, [](const Request &request) {
+        return request.target == "/shrink" && !request.body.isEmpty();
+    }));
 }
 
 QStringList Stage::keys() const
