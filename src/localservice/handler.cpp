@@ -42,7 +42,7 @@ void RequestHandler::attachTo(ConnectionServer &server)
         response.set_header("Content-Length", std::to_string(response.body.size()));
         return response.status;
     });
-    server.set_exception_handler([](const auto &, auto &response, std::exception_ptr) {
+    server.set_exception_handler([](const auto &, auto &response, const auto &) {
         answer(response, {500, "InternalServerError", u"There is not enough memory."_s});
         closeEarly(response);
     });
