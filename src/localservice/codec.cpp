@@ -162,8 +162,9 @@ std::expected<Encoded, CodecError> work(const QByteArray &original, const Reques
                      u"\"resize\" asks for an image of more than %1 pixels."_s.arg(maxPixels));
     const bool keepsSize = plan == ResizePlan{source, source};
     const bool keepsLook = keepsSize && keepsFormat && !(options.background && decoded.has_alpha());
-    const VImage pixels =
-        keepsSize ? decoded : resized(decoded, info, plan, options.resize->method);
+    const VImage pixels = options.resize && !keepsSize
+                              ? resized(decoded, info, plan, options.resize->method)
+                              : decoded;
     auto encoded = encodeSmallest(pixels, plan.result, options, formats, stopped);
     if (encoded && keepsLook)
         encoded->bytes = smaller(encoded->bytes, original, opened, options.preserve);

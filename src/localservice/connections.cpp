@@ -96,8 +96,8 @@ bool ConnectionServer::makeRoom()
     ++m_openCount;
     if (m_openCount <= m_limits.threads)
         return true;
-    const auto idle = std::find_if(m_connections.begin(), m_connections.end(),
-                                   [](const Connection *connection) { return connection->isIdle; });
+    const auto idle = std::ranges::find_if(
+        m_connections, [](const Connection *connection) { return connection->isIdle; });
     if (idle != m_connections.end())
         ::shutdown((*idle)->socket, SHUT_RDWR);
     return true;
@@ -136,7 +136,7 @@ bool ConnectionServer::serve(Connection &connection)
     const auto setIdle = [&](bool isIdle) {
         const std::lock_guard lock(m_mutex);
         connection.isIdle = isIdle;
-        const auto self = std::find(m_connections.begin(), m_connections.end(), &connection);
+        const auto self = std::ranges::find(m_connections, &connection);
         m_connections.splice(m_connections.end(), m_connections, self);
         return !m_stopping && (!isIdle || m_openCount <= m_limits.threads);
     };
