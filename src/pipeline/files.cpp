@@ -88,12 +88,11 @@ Outcome overwrite(const QString &path, const QByteArray &bytes)
     auto file = Descriptor::open(path, O_RDWR);
     if (!file)
         return std::unexpected(Failure{file.error()});
-    const auto size = file->size();
-    if (!size)
-        return std::unexpected(Failure{size.error()});
 
     const auto old = file->readAll();
-    if (!old || old->size() != *size)
+    if (!old && old.error() == Descriptor::notAFile)
+        return std::unexpected(Failure{old.error()});
+    if (!old)
         return std::unexpected(Failure{EIO, u"Its present content could not be kept safe"_s});
 
     bool touched = false;

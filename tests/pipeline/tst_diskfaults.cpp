@@ -41,6 +41,8 @@ private Q_SLOTS:
     void failingRead_givesNoPartOfAPicture();
     void outOfRoom_costsNoPicture_data();
     void outOfRoom_costsNoPicture();
+    void interruption_isNoFailure_data();
+    void interruption_isNoFailure();
     void unrestoredPicture_isTold();
     void untouchedPicture_isNotSaidToBeLost_data();
     void untouchedPicture_isNotSaidToBeLost();
@@ -286,6 +288,32 @@ void DiskFaultsTest::outOfRoom_costsNoPicture()
     });
     QVERIFY(contents() == old);
     QCOMPARE(result.answer, u"Could not write \"a.png\": %1."_s.arg(qt_error_string(EFBIG)));
+}
+
+void DiskFaultsTest::interruption_isNoFailure_data()
+{
+    QTest::addColumn<bool>("existing");
+    QTest::addColumn<Call>("call");
+    for (const Call call : faults::allCalls)
+        QTest::addRow("existing, %s", faults::name(call)) << true << call;
+    for (const Call call : {Call::write, Call::close})
+        QTest::addRow("new, %s", faults::name(call)) << false << call;
+}
+
+void DiskFaultsTest::interruption_isNoFailure()
+{
+    QFETCH(const bool, existing);
+    QFETCH(const Call, call);
+    if (existing)
+        put(u"a.png"_s, bytes(100, 'o'));
+    arm({.call = call, .nth = 1, .error = EINTR});
+    const auto written = writeFile(url(u"a.png"_s), bytes(200, 'n'));
+    QCOMPARE(faults::disarm(), 1);
+    QCOMPARE(sentence(written), u"no error"_s);
+    QCOMPARE(contents()[u"a.png"_s], bytes(200, 'n'));
+
+    arm({.call = call, .nth = 1, .error = EINTR});
+    QCOMPARE(readFile(url(u"a.png"_s)).value_or("none"), bytes(200, 'n'));
 }
 
 void DiskFaultsTest::unrestoredPicture_isTold()

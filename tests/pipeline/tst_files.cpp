@@ -72,6 +72,7 @@ private Q_SLOTS:
     void writeFile_inClosedFolderReplacesAnOpenFile();
     void writeFile_toWhatIsNoFileFails_data();
     void writeFile_toWhatIsNoFileFails();
+    void writeFile_doesNotEvenOpenWhatIsNoFile();
     void writeFile_withoutFolderFails_data();
     void writeFile_withoutFolderFails();
     void writeFile_toForbiddenFileKeepsIt_data();
@@ -789,6 +790,19 @@ void FilesTest::writeFile_toWhatIsNoFileFails()
     QCOMPARE(result.answer, u"Could not write \"%1\": It is not a regular file."_s.arg(
                                 QFileInfo(path).fileName()));
     QCOMPARE(names(), before);
+}
+
+// Some devices do something when they are opened.
+void FilesTest::writeFile_doesNotEvenOpenWhatIsNoFile()
+{
+    QCOMPARE(mkfifo(qPrintable(path(u"pipe.png"_s)), 0600), 0);
+    static int g_opened;
+    g_opened = 0;
+    test::faults::observeOpening([](const char *) { ++g_opened; }, qPrintable(m_folder->path()));
+    const auto written = writeFile(url(u"pipe.png"_s), "content");
+    test::faults::observeOpening(nullptr);
+    QVERIFY(!written);
+    QCOMPARE(g_opened, 1); // to make it, which opens nothing that is there
 }
 
 void FilesTest::writeFile_withoutFolderFails_data()
