@@ -12,10 +12,16 @@ build_packages=(
     g++ cmake ninja-build pkg-config ccache
     qt6-base-dev qcoro-qt6-dev libcurl4-openssl-dev libvips-dev libcpp-httplib-dev
     libexif-dev libpng-dev libjpeg-dev libwebp-dev libimagequant-dev
+    qt6-declarative-dev qt6-svg-dev libgl-dev
+    qml6-module-qtquick qml6-module-qtquick-window qml6-module-qtquick-layouts
+    qml6-module-qtquick-templates qml6-module-qtquick-controls qml6-module-qtquick-dialogs
+    qml6-module-qtqml qml6-module-qtqml-workerscript qml6-module-qt-labs-folderlistmodel
+    qt6-wayland fonts-inter fonts-jetbrains-mono fonts-noto-color-emoji
 )
 test_packages=(
     clang-19 clang-tidy-19 clang-format-19 libclang-rt-19-dev
     openssl libimage-exiftool-perl
+    qml6-module-qttest qt6-declarative-dev-tools xvfb xauth openbox dbus libgl1-mesa-dri
 )
 bench_packages=(pngquant jpegoptim webp libavif-bin libjxl-devtools)
 
@@ -26,7 +32,7 @@ install_missing() {
         if [[ ! -e build/.told ]]; then
             printf 'This is not Debian or Ubuntu, so nothing is installed. Needed are:\n' >&2
             printf '  a compiler for C++23 (GCC 12 or Clang 19 and later), CMake 3.25, Ninja, ccache, pkg-config,\n' >&2
-            printf '  Qt 6.4 (Core, Network, Test), QCoro 0.8 for Qt 6, libcurl 7.84, libvips 8.14, cpp-httplib 0.11\n' >&2
+            printf '  Qt 6.4 (Core, Gui, Network, Qml, Quick, Quick Controls, Quick Dialogs, Svg, DBus, Test), QCoro 0.8 for Qt 6, libcurl 7.84, libvips 8.14, cpp-httplib 0.11\n' >&2
             mkdir -p build && touch build/.told
         fi
         return
