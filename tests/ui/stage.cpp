@@ -57,9 +57,13 @@ QUrl Stage::file(const QString &name, int bytes)
     return QUrl::fromLocalFile(file.fileName());
 }
 
-QUrl Stage::sample(const QString &name) const
+QUrl Stage::sample(const QString &name)
 {
-    return QUrl::fromLocalFile(QDir(QStringLiteral(PIXPRESS_SAMPLES)).filePath(name));
+    const QString copy = m_dir.filePath(name);
+    if (!QFile::exists(copy) &&
+        !QFile::copy(QDir(QStringLiteral(PIXPRESS_SAMPLES)).filePath(name), copy))
+        qFatal("%s cannot be copied.", qUtf8Printable(name));
+    return QUrl::fromLocalFile(copy);
 }
 
 void Stage::answerWith(int inputSize, int outputSize)

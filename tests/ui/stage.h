@@ -36,8 +36,8 @@ public:
     Q_INVOKABLE void start(const QString &key = QStringLiteral("stored"));
     /// Makes a file of so many bytes that is no picture; its address.
     Q_INVOKABLE QUrl file(const QString &name, int bytes = 1000);
-    /// The address of one of the project's own pictures.
-    Q_INVOKABLE QUrl sample(const QString &name) const;
+    /// A copy of one of the project's own pictures.
+    Q_INVOKABLE QUrl sample(const QString &name);
     /// What an upload is said to be, and the bytes that the output then has.
     Q_INVOKABLE void answerWith(int inputSize, int outputSize);
     Q_INVOKABLE void failWith(int status, const QString &message);
