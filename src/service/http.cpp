@@ -74,6 +74,8 @@ public:
         {
             const std::lock_guard lock(m_mutex);
             m_new.push_back(std::move(transfer));
+            if (!m_asleep)
+                return;
         }
         curl_multi_wakeup(m_multi);
     }
@@ -87,6 +89,8 @@ public:
 private:
     using Clock = Transfer::Clock;
 
+    static constexpr auto alertness = 100us;
+
     void run()
     {
         while (takeNew()) {
@@ -96,11 +100,31 @@ private:
             curl_multi_perform(m_multi, &running);
             finishDone();
             const auto wait = finishLate();
-            curl_multi_poll(m_multi, nullptr, 0, static_cast<int>(wait.count()), nullptr);
+            if (fallAsleep())
+                curl_multi_poll(m_multi, nullptr, 0, static_cast<int>(wait.count()), nullptr);
         }
         for (const auto &transfer : m_transfers)
             curl_multi_remove_handle(m_multi, transfer->handle());
         m_transfers.clear();
+    }
+
+    /// False when there is something new. A client that goes on from an answer has its next
+    /// request within microseconds, long before a sleeping thread could even be woken.
+    bool fallAsleep()
+    {
+        const auto end = m_handedOver + alertness;
+        while (true) {
+            const bool alert = m_transfers.empty() && Clock::now() < end;
+            {
+                const std::lock_guard lock(m_mutex);
+                if (!m_new.empty() || m_stopping)
+                    return false;
+                m_asleep = !alert;
+            }
+            if (!alert)
+                return true;
+            std::this_thread::yield();
+        }
     }
 
     /// False when it is time to stop.
@@ -109,6 +133,7 @@ private:
         std::vector<std::unique_ptr<Transfer>> taken;
         {
             const std::lock_guard lock(m_mutex);
+            m_asleep = false;
             if (m_stopping)
                 return false;
             taken.swap(m_new);
@@ -171,19 +196,23 @@ private:
         QMetaObject::invokeMethod(
             &m_client, [client = &m_client] { client->deliver(); }, Qt::QueuedConnection);
         m_transfers.erase(transfer);
+        m_handedOver = Clock::now();
     }
 
     HttpClient &m_client;
     const HttpLimits m_limits;
     OpenSockets m_sockets;
     CURLM *const m_multi;
-    std::vector<std::unique_ptr<Transfer>> m_transfers; // the worker thread's alone
+    // The worker thread's alone:
+    std::vector<std::unique_ptr<Transfer>> m_transfers;
+    Clock::time_point m_handedOver;
 
     std::mutex m_mutex; // guards what follows; never held while anything is called
     std::vector<std::unique_ptr<Transfer>> m_new;
     std::vector<std::pair<quint64, HttpResult>> m_finished;
     std::vector<EasyHandle> m_idle;
     bool m_stopping = false;
+    bool m_asleep = false; // or about to be: has to be woken
 
     std::thread m_thread; // last: it uses all of the above
 };
