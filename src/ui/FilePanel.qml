@@ -4,7 +4,5 @@
 import QtQuick.Dialogs
 
 FileDialog {
-    readonly property list<url> picked: result === FileDialog.Accepted ? selectedFiles : []
-
     fileMode: FileDialog.OpenFiles
 }

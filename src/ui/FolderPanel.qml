@@ -4,8 +4,6 @@
 import QtQuick.Dialogs
 
 FolderDialog {
-    readonly property list<url> picked: result === FolderDialog.Accepted ? [selectedFolder] : []
-
     title: qsTr("Choose where Pixpress should save compressed images")
     acceptLabel: qsTr("Select Folder")
 }

@@ -57,7 +57,9 @@ FormSection {
                     objectName: "background"
                     label: qsTr("Background")
                     value: root.options.background
+                    hex: root.options.backgroundText
                     onPicked: color => root.options.background = color
+                    onTyped: text => root.options.backgroundText = text
                 }
             }
             CaptionText {

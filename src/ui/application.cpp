@@ -11,7 +11,6 @@
 #include <QFontDatabase>
 #include <QIcon>
 #include <QQmlApplicationEngine>
-#include <QQuickStyle>
 #include <QQuickWindow>
 
 using namespace Qt::StringLiterals;
@@ -51,7 +50,8 @@ int &prepared(int &argc)
     if (!qEnvironmentVariableIsSet("QT_QUICK_BACKEND"))
         QQuickWindow::setSceneGraphBackend(u"software"_s);
     // Of the toolkit's own controls only its dialogs are seen.
-    QQuickStyle::setStyle(u"Fusion"_s);
+    if (!qEnvironmentVariableIsSet("QT_QUICK_CONTROLS_STYLE"))
+        qputenv("QT_QUICK_CONTROLS_STYLE", "Fusion");
     return argc;
 }
 

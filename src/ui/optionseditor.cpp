@@ -148,6 +148,12 @@ void OptionsEditor::setBackground(const QColor &colour)
     set(&CompressionOptions::backgroundColor, toHex(colour));
 }
 
+void OptionsEditor::setBackgroundText(const QString &text)
+{
+    if (const auto colour = colourFromHex(text))
+        setBackground(*colour);
+}
+
 void OptionsEditor::setPreserveCopyright(bool preserve)
 {
     set(&CompressionOptions::preserveCopyright, preserve);

@@ -32,6 +32,7 @@ class OptionsEditor : public QObject
     Q_PROPERTY(int convertFormat READ convertFormat WRITE setConvertFormat NOTIFY changed)
     Q_PROPERTY(bool requiresBackground READ requiresBackground NOTIFY changed)
     Q_PROPERTY(QColor background READ background WRITE setBackground NOTIFY changed)
+    Q_PROPERTY(QString backgroundText READ backgroundText WRITE setBackgroundText NOTIFY changed)
     Q_PROPERTY(
         bool preserveCopyright READ preserveCopyright WRITE setPreserveCopyright NOTIFY changed)
     Q_PROPERTY(bool preserveCreation READ preserveCreation WRITE setPreserveCreation NOTIFY changed)
@@ -62,6 +63,7 @@ public:
     int convertFormat() const { return static_cast<int>(options().convertFormat); }
     bool requiresBackground() const { return options().requiresBackground(); }
     QColor background() const; ///< White when the options hold no readable colour.
+    QString backgroundText() const { return options().backgroundColor; } ///< "#rrggbb"
     bool preserveCopyright() const { return options().preserveCopyright; }
     bool preserveCreation() const { return options().preserveCreation; }
     bool preserveLocation() const { return options().preserveLocation; }
@@ -78,6 +80,7 @@ public:
     void setConvertEnabled(bool enabled);
     void setConvertFormat(int index);
     void setBackground(const QColor &colour);
+    void setBackgroundText(const QString &text); ///< A text that is no colour changes nothing.
     void setPreserveCopyright(bool preserve);
     void setPreserveCreation(bool preserve);
     void setPreserveLocation(bool preserve);

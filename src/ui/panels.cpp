@@ -9,6 +9,7 @@
 #include <QQmlComponent>
 #include <QQmlEngine>
 #include <QQuickWindow>
+#include <QStandardPaths>
 
 #include <memory>
 
@@ -31,6 +32,12 @@ QString nameFilter(const QStringList &contentTypes)
     return u"%1 (%2)"_s.arg(names.join(u", "_s), patterns.join(u' '));
 }
 
+QUrl picturesFolder()
+{
+    return QUrl::fromLocalFile(
+        QStandardPaths::standardLocations(QStandardPaths::PicturesLocation).constFirst());
+}
+
 } // namespace
 
 void Panels::setWindow(QQmlEngine *engine, QQuickWindow *window)
@@ -44,16 +51,21 @@ QList<QUrl> Panels::pickFiles(const OpenPanelRequest &request)
     QStringList filters{nameFilter(request.contentTypes)};
     if (request.allowsOtherFileTypes)
         filters.append(QCoreApplication::translate("Panels", "All files (*)"));
-    return run(u"FilePanel"_s, {{u"title"_s, request.message}, {u"nameFilters"_s, filters}});
+    return run(u"FilePanel"_s,
+               {{u"title"_s, request.message},
+                {u"nameFilters"_s, filters},
+                {u"currentFolder"_s, picturesFolder()}},
+               "selectedFiles")
+        .value<QList<QUrl>>();
 }
 
 std::optional<QUrl> Panels::pickFolder()
 {
-    const QList<QUrl> picked = run(u"FolderPanel"_s, {});
-    return picked.isEmpty() ? std::nullopt : std::optional(picked.first());
+    const QUrl picked = run(u"FolderPanel"_s, {}, "selectedFolder").toUrl();
+    return picked.isEmpty() ? std::nullopt : std::optional(picked);
 }
 
-QList<QUrl> Panels::run(const QString &type, const QVariantMap &properties)
+QVariant Panels::run(const QString &type, const QVariantMap &properties, const char *result)
 {
     if (!m_engine || !m_window)
         return {};
@@ -69,7 +81,9 @@ QList<QUrl> Panels::run(const QString &type, const QVariantMap &properties)
     QObject::connect(panel.get(), SIGNAL(rejected()), &loop, SLOT(quit()));
     QMetaObject::invokeMethod(panel.get(), "open");
     loop.exec();
-    return panel->property("picked").value<QList<QUrl>>();
+    constexpr int acceptedResult = 1; // of the dialogs' StandardCode
+    return panel->property("result").toInt() == acceptedResult ? panel->property(result)
+                                                               : QVariant();
 }
 
 } // namespace pixpress

@@ -13,8 +13,8 @@
 
 namespace pixpress {
 
-/// The modal panels in which the user picks files and folders: the desktop's own where Qt has them,
-/// else Qt's. GUI thread only.
+/// The modal panels in which the user picks files and folders: the desktop's own where Qt
+/// has them, else Qt's. GUI thread only.
 class Panels
 {
 public:
@@ -26,7 +26,8 @@ public:
     std::optional<QUrl> pickFolder();
 
 private:
-    QList<QUrl> run(const QString &type, const QVariantMap &properties);
+    /// What the panel of this type has in `result` once it is accepted.
+    QVariant run(const QString &type, const QVariantMap &properties, const char *result);
 
     QPointer<QQmlEngine> m_engine;
     QPointer<QQuickWindow> m_window;

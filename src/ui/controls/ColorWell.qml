@@ -5,14 +5,16 @@ import QtQuick
 import QtQuick.Templates as T
 import Pixpress
 
-/// Shows a colour and lets the user pick another, without opacity.
+/// A button that shows a colour, and opens the choice of another; without opacity.
 T.Button {
     id: root
 
     required property string label ///< What is coloured; for assistive technology.
     required property color value
+    required property string hex ///< The same as text.
 
     signal picked(color color)
+    signal typed(string text)
 
     implicitWidth: 44
     implicitHeight: Theme.regularControl
@@ -22,7 +24,7 @@ T.Button {
     Accessible.description: value.toString()
     Accessible.onPressAction: click()
 
-    onClicked: dialog.active = true
+    onClicked: popover.active = true
 
     background: Rectangle {
         radius: Theme.controlRadius
@@ -43,28 +45,20 @@ T.Button {
         }
     }
 
-    // Loaded only when it is wanted: the toolkit's dialogs bring all its controls along.
     Loader {
-        id: dialog
+        id: popover
 
         active: false
-        source: "ColorPanel.qml"
-        onLoaded: {
-            const panel = item as ColorPanel;
-            panel.selectedColor = root.value;
-            panel.open();
-        }
-    }
-
-    Connections {
-        target: dialog.item as ColorPanel
-
-        function onAccepted() {
-            root.picked((dialog.item as ColorPanel).selectedColor);
-            dialog.active = false;
-        }
-        function onRejected() {
-            dialog.active = false;
+        sourceComponent: ColorPopover {
+            parent: root
+            x: root.width - width
+            y: root.height + 3
+            visible: true
+            value: root.value
+            hex: root.hex
+            onPicked: color => root.picked(color)
+            onTyped: text => root.typed(text)
+            onClosed: popover.active = false
         }
     }
 }

@@ -1,0 +1,102 @@
+// SPDX-FileCopyrightText: 2026 The Pixpress authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+pragma ComponentBehavior: Bound
+
+import QtQuick
+import QtQuick.Layouts
+import QtQuick.Templates as T
+import Pixpress
+
+/// A choice of colours, and a field for any other.
+T.Popup {
+    id: root
+
+    required property color value
+    required property string hex
+
+    readonly property int columns: 8
+    readonly property int rows: 5
+
+    signal picked(color color)
+    signal typed(string text)
+
+    /// Greys in the first row, below it the hues from light to dark.
+    function swatch(index: int): color {
+        const column = index % columns;
+        const row = Math.floor(index / columns);
+        if (row === 0)
+            return Qt.hsla(0, 0, 1 - column / (columns - 1), 1);
+        return Qt.hsla(column / columns, 0.75, 1 - 0.18 * row, 1);
+    }
+
+    implicitWidth: contentItem.implicitWidth + leftPadding + rightPadding
+    implicitHeight: contentItem.implicitHeight + topPadding + bottomPadding
+    margins: 6
+    padding: 10
+    focus: true
+
+    contentItem: ColumnLayout {
+        spacing: 10
+
+        Grid {
+            columns: root.columns
+            spacing: 4
+
+            Repeater {
+                model: root.columns * root.rows
+
+                T.AbstractButton {
+                    id: swatch
+
+                    required property int index
+                    readonly property color color: root.swatch(index)
+                    readonly property bool isCurrent: Qt.colorEqual(color, root.value)
+
+                    implicitWidth: 20
+                    implicitHeight: 20
+                    focusPolicy: Qt.StrongFocus
+                    Accessible.role: Accessible.RadioButton
+                    Accessible.name: color.toString()
+                    Accessible.checked: isCurrent
+                    Accessible.onPressAction: click()
+
+                    onClicked: {
+                        root.picked(color);
+                        root.close();
+                    }
+
+                    background: Rectangle {
+                        radius: 4
+                        color: swatch.color
+                        border.width: swatch.isCurrent ? 2 : 1
+                        border.color: swatch.isCurrent ? Theme.blue : Theme.controlBorder
+
+                        FocusRing {
+                            visible: swatch.visualFocus
+                            controlRadius: 4
+                        }
+                    }
+                }
+            }
+        }
+
+        TextEntry {
+            objectName: "hex"
+            text: root.hex
+            font: Theme.bodyMonospaced
+            maximumLength: 7
+            focus: true
+            Layout.fillWidth: true
+            Accessible.name: qsTr("Colour as #rrggbb")
+            onEditingFinished: root.typed(text)
+            onAccepted: root.close()
+        }
+    }
+    background: Rectangle {
+        radius: 7
+        color: Theme.menuBackground
+        border.width: 1
+        border.color: Theme.controlBorder
+    }
+}
