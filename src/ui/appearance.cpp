@@ -9,6 +9,7 @@
 #include <QFontDatabase>
 #include <QGuiApplication>
 #include <QPalette>
+#include <QStyleHints>
 
 namespace pixpress {
 
@@ -31,6 +32,8 @@ Appearance::Appearance(QObject *parent)
 {
     connect(m_desktop.get(), &DesktopSettings::changed, this, &Appearance::update);
     qApp->installEventFilter(this);
+    // Where Qt knows no desktop it leaves out hovering, and with it help and the marking in menus.
+    QGuiApplication::styleHints()->setUseHoverEffects(true);
 }
 
 Appearance::~Appearance() = default;

@@ -3,10 +3,16 @@
 
 #include "stage.h"
 
+#include <QDesktopServices>
 #include <QDir>
 #include <QFile>
+#include <QGuiApplication>
+#include <QImage>
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <QPainter>
+#include <QPalette>
+#include <QTcpSocket>
 
 using namespace Qt::StringLiterals;
 
@@ -25,16 +31,29 @@ QString keyOf(const Request &request)
 Stage::Stage()
 {
     server.setScript([this](const Request &request) { return answer(request); });
+    QDesktopServices::setUrlHandler(u"https"_s, this, "openPage");
     start();
 }
 
-Stage::~Stage() = default;
+Stage::~Stage()
+{
+    QDesktopServices::unsetUrlHandler(u"https"_s);
+}
 
 void Stage::start(const QString &key)
 {
     const std::unique_ptr<PixpressApp> previous = std::move(m_app);
     m_settings.setValue(u"pixpress_api_key"_s, key);
+    server.setRaw({});
+    server.release();
+    server.requests.clear();
+    picked.clear();
+    pickedFolder.clear();
+    revealed.clear();
+    opened.clear();
     batches.clear();
+    m_acceptedKey.clear();
+    answerWith(1000, 400);
     m_app = std::make_unique<PixpressApp>(
         m_settings, ServiceConfig{.baseURL = server.url(), .limits = {}},
         PixpressApp::Seams{.openPanel = [this](const OpenPanelRequest &) { return picked; },
@@ -45,7 +64,7 @@ void Stage::start(const QString &key)
                                },
                            .reveal = [this](const QUrl &url) { revealed.append(url); }});
     connect(m_app->appState()->compressionQueue(), &CompressionQueue::tasksAdded, this,
-            [this](qsizetype, qsizetype count) { batches.append(count); });
+            [this](qsizetype, qsizetype count) { batches.append(static_cast<int>(count)); });
     Q_EMIT appChanged();
 }
 
@@ -55,6 +74,18 @@ QUrl Stage::file(const QString &name, int bytes)
     if (!file.open(QIODevice::WriteOnly) || file.write(QByteArray(bytes, 'x')) != bytes)
         qFatal("%s cannot be written.", qUtf8Printable(name));
     return QUrl::fromLocalFile(file.fileName());
+}
+
+QUrl Stage::picture(const QString &name, int width, int height)
+{
+    QImage image(width, height, QImage::Format_RGB32);
+    QPainter painter(&image);
+    for (const auto &[index, colour] : {std::pair(0, Qt::red), {1, Qt::green}, {2, Qt::blue}})
+        painter.fillRect(QRectF(index * width / 3.0, 0, width / 3.0, height), colour);
+    painter.end();
+    if (!image.save(m_dir.filePath(name)))
+        qFatal("%s cannot be written.", qUtf8Printable(name));
+    return QUrl::fromLocalFile(m_dir.filePath(name));
 }
 
 QUrl Stage::sample(const QString &name)
@@ -79,6 +110,20 @@ void Stage::failWith(int status, const QString &message)
     m_message = message;
 }
 
+void Stage::breakConnections()
+{
+    server.setRaw([](QTcpSocket &socket, const QByteArray &) {
+        socket.write("HTTP/1.1 200 OK\r\nContent-Le");
+        socket.disconnectFromHost();
+    });
+}
+
+void Stage::setDark(bool dark)
+{
+    QGuiApplication::setPalette(dark ? QPalette(QColor(0x323232), QColor(0x1E1E1E))
+                                     : QPalette(QColor(0xECECEC), QColor(0xECECEC)));
+}
+
 void Stage::setCount(int count)
 {
     m_app->appState()->quotaTracker()->setCurrentCount(count);
@@ -101,6 +146,16 @@ int Stage::uploads() const
     return static_cast<int>(std::ranges::count_if(server.requests, [](const Request &request) {
         return request.target == "/shrink" && !request.body.isEmpty();
     }));
+}
+
+QStringList Stage::outputRequests() const
+{
+    QStringList bodies;
+    for (const Request &request : server.requests) {
+        if (request.target != "/shrink")
+            bodies.append(QString::fromUtf8(request.body));
+    }
+    return bodies;
 }
 
 QStringList Stage::keys() const

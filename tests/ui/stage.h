@@ -23,6 +23,10 @@ class Stage : public QObject
     Q_PROPERTY(QList<QUrl> picked MEMBER picked)
     Q_PROPERTY(QUrl pickedFolder MEMBER pickedFolder)
     Q_PROPERTY(QList<QUrl> revealed MEMBER revealed)
+    Q_PROPERTY(QList<QUrl> opened MEMBER opened)
+    Q_PROPERTY(QList<int> batches MEMBER batches)
+    Q_PROPERTY(int waiting READ waiting)
+    Q_PROPERTY(QStringList outputRequests READ outputRequests)
     Q_PROPERTY(int uploads READ uploads)
     Q_PROPERTY(QStringList keys READ keys)
 
@@ -38,27 +42,39 @@ public:
     Q_INVOKABLE QUrl file(const QString &name, int bytes = 1000);
     /// A copy of one of the project's own pictures.
     Q_INVOKABLE QUrl sample(const QString &name);
+    /// Makes a picture of so many pixels: a third red, a third green, a third blue, from left to
+    /// right.
+    Q_INVOKABLE QUrl picture(const QString &name, int width, int height);
     /// What an upload is said to be, and the bytes that the output then has.
     Q_INVOKABLE void answerWith(int inputSize, int outputSize);
     Q_INVOKABLE void failWith(int status, const QString &message);
     /// Keys other than this are answered with 401.
     Q_INVOKABLE void acceptOnly(const QString &key) { m_acceptedKey = key; }
+    /// Connections end in the middle of the answer, until the next start().
+    Q_INVOKABLE void breakConnections();
     /// While held, requests wait for their answers.
     Q_INVOKABLE void hold() { server.hold(); }
     Q_INVOKABLE void releaseOne() { server.releaseOne(); }
     Q_INVOKABLE void release() { server.release(); }
     Q_INVOKABLE void setCount(int count);
+    /// The colours that the desktop asks for.
+    Q_INVOKABLE void setDark(bool dark);
     Q_INVOKABLE QString storedKey() const;
     Q_INVOKABLE QString options() const; ///< The current options, as text to compare.
 
+    Q_INVOKABLE void openPage(const QUrl &page) { opened.append(page); }
+
+    int waiting() const { return static_cast<int>(server.waiting()); }
     int uploads() const;
-    QStringList keys() const; ///< Of the requests so far.
+    QStringList outputRequests() const; ///< The bodies of the requests for outputs.
+    QStringList keys() const;           ///< Of the requests so far.
 
     ScriptedServer server;
     QList<QUrl> picked;
     QUrl pickedFolder;
     QList<QUrl> revealed;
-    QList<qsizetype> batches; ///< Sizes of what was added at once.
+    QList<QUrl> opened; ///< In the browser.
+    QList<int> batches; ///< Sizes of what was added at once.
 
 Q_SIGNALS:
     void appChanged();

@@ -3,6 +3,7 @@
 
 // Runs the tst_*.qml beside this file: each view as it is, clicked and typed into, on a stage.
 
+#include "drag.h"
 #include "stage.h"
 #include "ui/appearance.h"
 
@@ -24,6 +25,7 @@ public Q_SLOTS:
         engine->addImportPath(QStringLiteral("qrc:/qt/qml"));
         qml_register_types_Pixpress();
         qmlRegisterType<pixpress::test::Stage>("Pixpress.Testing", 1, 0, "Stage");
+        qmlRegisterType<pixpress::test::Drag>("Pixpress.Testing", 1, 0, "Drag");
     }
 };
 

@@ -1,0 +1,302 @@
+// SPDX-FileCopyrightText: 2026 The Pixpress authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+import QtQuick
+import Pixpress
+
+ViewTest {
+    id: root
+
+    readonly property string folderButton: "chooseFolder"
+    readonly property string caption: "Used to fill transparency (JPEG/AVIF don't support alpha)"
+    readonly property string hint: "Only one dimension set — will scale proportionally"
+
+    name: "CompressionOptionsView"
+
+    Component {
+        id: component
+
+        CompressionOptionsView {
+            options: root.stage.app.options
+            width: 260
+            height: 900
+        }
+    }
+
+    function options() {
+        return stage.app.options;
+    }
+
+    /// Opens the list of a picker and clicks the entry.
+    function pick(view, name: string, entry: string) {
+        const picker = withRole(findChild(view, name), Accessible.ComboBox)[0];
+        mouseClick(picker);
+        const entries = () => withRole(root.Window.contentItem, Accessible.ListItem);
+        tryVerify(() => entries().some(item => item.text === entry));
+        mouseClick(entries().find(item => item.text === entry));
+        tryVerify(() => entries().length === 0);
+    }
+
+    function entry(view, name: string): Item {
+        return withRole(findChild(view, name), Accessible.EditableText)[0];
+    }
+
+    /// Types into a field what it is to hold.
+    function fill(view, name: string, digits: string) {
+        const field = entry(view, name);
+        field.forceActiveFocus(Qt.TabFocusReason);
+        field.selectAll();
+        keyClick(Qt.Key_Delete);
+        type(digits);
+    }
+
+    function test_allClosed_showsTheAlwaysShown() {
+        compare(texts(show(component)), ["Resize", "Enable Resize", "Output Format", "Convert Format", "Preserve Metadata", "Copyright", "Creation Date", "GPS Location", "Output", "Save to", "Save Alongside Original", options().destinationDescription].join("\n"));
+    }
+
+    function test_allOpen_showsAll() {
+        const view = show(component);
+        options().resizeEnabled = true;
+        options().resizeMode = 0;
+        options().width = "100";
+        options().convertEnabled = true;
+        options().convertFormat = 1;
+        options().destination = 2;
+        compare(texts(view), ["Resize", "Enable Resize", "Method", "Scale", options().resizeModeDescription, "Width", "or", "Height", hint, "Output Format", "Convert Format", "Convert to", "JPEG", "Background", caption, "Preserve Metadata", "Copyright", "Creation Date", "GPS Location", "Output", "Save to", "Save to Folder", options().destinationDescription, "No folder chosen", "Choose…"].join("\n"));
+        compare(withText(view, options().resizeModeDescription).font, Theme.caption);
+        compare(withText(view, options().resizeModeDescription).color, Theme.secondary);
+        compare(withText(view, "or").font, Theme.caption);
+        compare(withText(view, "or").color, Theme.tertiary);
+        compare(withText(view, hint).font, Theme.caption);
+        compare(withText(view, hint).color, Theme.orangeText);
+        compare(symbols(findChild(view, "dimensionHint")), "info.circle");
+        compare(withText(view, caption).font, Theme.caption);
+        compare(withText(view, caption).color, Theme.secondary);
+        compare(withText(view, "Resize").font, Theme.headline);
+    }
+
+    function test_switch_setsItsField_data() {
+        return ["resizeEnabled", "convertEnabled", "preserveCopyright", "preserveCreation", "preserveLocation"].map(name => ({
+                    tag: name
+                }));
+    }
+
+    function test_switch_setsItsField(row) {
+        const view = show(component);
+        const control = findChild(view, row.tag);
+        const names = ["resizeEnabled", "convertEnabled", "preserveCopyright", "preserveCreation", "preserveLocation"];
+        const set = () => names.filter(name => options()[name]).join();
+        compare(set(), "");
+        mouseClick(control);
+        compare(set(), row.tag);
+        verify(control.checked);
+        control.forceActiveFocus(Qt.TabFocusReason);
+        keyClick(Qt.Key_Space);
+        compare(set(), "");
+        options()[row.tag] = true; // from elsewhere: the control follows
+        verify(control.checked);
+        compare(control.Accessible.role, Accessible.CheckBox);
+        verify(control.Accessible.name !== "");
+    }
+
+    function test_picker_offersAllAndSetsItsField_data() {
+        return [
+            { tag: "resizeMode", open: "resizeEnabled", entries: "Scale,Fit,Cover,Thumb", last: "Thumb", before: 1 },
+            { tag: "convertFormat", open: "convertEnabled", entries: "PNG,JPEG,WebP,AVIF", last: "AVIF", before: 2 },
+            { tag: "destination", open: "preserveCopyright", entries: "Save Alongside Original,Overwrite Original,Save to Folder", last: "Save to Folder", before: 0 }
+        ];
+    }
+
+    function test_picker_offersAllAndSetsItsField(row) {
+        const view = show(component);
+        mouseClick(findChild(view, row.open));
+        verify(waitForRendering(view));
+        const picker = withRole(findChild(view, row.tag), Accessible.ComboBox)[0];
+        compare(picker.currentIndex, row.before);
+        mouseClick(picker);
+        tryVerify(() => withRole(root.Window.contentItem, Accessible.ListItem).map(item => item.text).join() === row.entries);
+        keyClick(Qt.Key_Escape);
+        tryVerify(() => withRole(root.Window.contentItem, Accessible.ListItem).length === 0);
+        pick(view, row.tag, row.last);
+        compare(options()[row.tag], row.entries.split(",").length - 1);
+        compare(picker.displayText, row.last);
+        picker.forceActiveFocus(Qt.TabFocusReason);
+        keyClick(Qt.Key_Up);
+        compare(options()[row.tag], row.entries.split(",").length - 2);
+        verify(picker.Accessible.name !== "");
+    }
+
+    function test_description_followsTheMethod() {
+        const view = show(component);
+        options().resizeEnabled = true;
+        const texts = new Set();
+        for (const mode of ["Scale", "Cover", "Thumb", "Fit"]) {
+            pick(view, "resizeMode", mode);
+            compare(findChild(view, "resizeDescription").text, options().resizeModeDescription);
+            texts.add(options().resizeModeDescription);
+        }
+        compare(texts.size, 4);
+    }
+
+    function test_destinationDescription_followsTheDestination() {
+        const view = show(component);
+        const before = findChild(view, "destinationDescription").text;
+        pick(view, "destination", "Overwrite Original");
+        verify(findChild(view, "destinationDescription").text !== before);
+        compare(findChild(view, "destinationDescription").text, options().destinationDescription);
+    }
+
+    function test_or_standsBetweenTheFieldsOfScaleOnly() {
+        const view = show(component);
+        options().resizeEnabled = true;
+        for (const mode of ["Fit", "Cover", "Thumb"]) {
+            pick(view, "resizeMode", mode);
+            verify(!findChild(view, "or").visible, mode);
+        }
+        pick(view, "resizeMode", "Scale");
+        verify(findChild(view, "or").visible);
+        const or = () => placeOf(findChild(view, "or"), view);
+        tryVerify(() => or().x > placeOf(entry(view, "resizeWidth"), view).right);
+        tryVerify(() => or().right < placeOf(entry(view, "resizeHeight"), view).x);
+    }
+
+    function test_resizeWithoutNumbers_showsNoHintAndSendsNoResize() {
+        const view = show(component);
+        mouseClick(findChild(view, "resizeEnabled"));
+        verify(!findChild(view, "dimensionHint").visible);
+        compare(entry(view, "resizeWidth").text, "");
+        compare(entry(view, "resizeHeight").text, "");
+        compare(entry(view, "resizeWidth").placeholderText, "");
+        compare(entry(view, "resizeHeight").placeholderText, "");
+        compare(stage.options(), "");
+    }
+
+    function test_oneDimension_showsTheHintWhateverTheMethod_data() {
+        return [{ tag: "width", field: "resizeWidth" }, { tag: "height", field: "resizeHeight" }];
+    }
+
+    function test_oneDimension_showsTheHintWhateverTheMethod(row) {
+        const view = show(component);
+        options().resizeEnabled = true;
+        fill(view, row.field, "300");
+        compare(options()[row.tag], "300");
+        for (const mode of ["Scale", "Cover", "Thumb", "Fit"]) {
+            pick(view, "resizeMode", mode);
+            verify(findChild(view, "dimensionHint").visible, mode);
+        }
+        fill(view, row.field === "resizeWidth" ? "resizeHeight" : "resizeWidth", "200");
+        verify(!findChild(view, "dimensionHint").visible);
+        fill(view, row.field, "");
+        verify(findChild(view, "dimensionHint").visible);
+        compare(options()[row.tag], "");
+    }
+
+    function test_field_takesDigitsOnly() {
+        const view = show(component);
+        options().resizeEnabled = true;
+        fill(view, "resizeWidth", "1a-2.b3 ");
+        compare(entry(view, "resizeWidth").text, "123");
+        compare(options().width, "123");
+    }
+
+    function test_switchedOffAndOn_keepsTheFields() {
+        const view = show(component);
+        mouseClick(findChild(view, "resizeEnabled"));
+        fill(view, "resizeWidth", "300");
+        fill(view, "resizeHeight", "200");
+        pick(view, "resizeMode", "Cover");
+        mouseClick(findChild(view, "resizeEnabled"));
+        verify(!findChild(view, "resizeWidth").visible);
+        verify(!texts(view).includes("Method"));
+        mouseClick(findChild(view, "resizeEnabled"));
+        compare(entry(view, "resizeWidth").text, "300");
+        compare(entry(view, "resizeHeight").text, "200");
+        verify(texts(view).includes("Cover"));
+    }
+
+    function test_background_showsForFormatsWithoutTransparencyOnly_data() {
+        return [{ tag: "PNG", shows: false }, { tag: "JPEG", shows: true }, { tag: "WebP", shows: false }, { tag: "AVIF", shows: true }];
+    }
+
+    function test_background_showsForFormatsWithoutTransparencyOnly(row) {
+        const view = show(component);
+        verify(!findChild(view, "backgroundRow").visible);
+        mouseClick(findChild(view, "convertEnabled"));
+        pick(view, "convertFormat", row.tag);
+        compare(findChild(view, "backgroundRow").visible, row.shows);
+        mouseClick(findChild(view, "convertEnabled"));
+        verify(!findChild(view, "backgroundRow").visible);
+    }
+
+    function test_colorWell_showsTheColour() {
+        const view = show(component);
+        options().convertEnabled = true;
+        options().convertFormat = 1;
+        const well = findChild(view, "background");
+        compare(well.value, "#ffffff");
+        compare(well.Accessible.name, "Background");
+        options().background = "#ff8800";
+        compare(well.value, "#ff8800");
+        compare(painted(well).pixel(22, 12), "#ff8800");
+    }
+
+    function test_folder_isNoneThenShownWithItsPath() {
+        const view = show(component);
+        verify(!findChild(view, "folderRow").visible);
+        pick(view, "destination", "Save to Folder");
+        const row = findChild(view, "folderRow");
+        compare(texts(row), "No folder chosen\nChoose…");
+        compare(symbols(row), "folder.fill");
+        compare(findChild(row, "folder").color, Theme.secondary);
+        compare(findChild(row, "folder").font, Theme.caption);
+        stage.pickedFolder = "file:///some/where/with a%20blank/and%23more/that/is/long/enough/to/be/cut";
+        mouseClick(findChild(row, folderButton));
+        compare(texts(row), "/some/where/with a blank/and#more/that/is/long/enough/to/be/cut\nChange");
+        const path = findChild(row, "folder");
+        compare(path.color, Theme.primary);
+        compare(path.elide, Text.ElideMiddle);
+        verify(path.truncated);
+        compare(path.lineCount, 1);
+        compare(findChild(row, folderButton).height, Theme.smallControl);
+        pick(view, "destination", "Overwrite Original");
+        verify(!row.visible);
+    }
+
+    function test_cancelledChooser_keepsTheFolder() {
+        const view = show(component);
+        options().destination = 2;
+        mouseClick(findChild(view, folderButton)); // nothing is picked
+        verify(texts(view).includes("No folder chosen"));
+        stage.pickedFolder = "file:///first";
+        mouseClick(findChild(view, folderButton));
+        stage.pickedFolder = "";
+        mouseClick(findChild(view, folderButton));
+        verify(texts(view).includes("/first"));
+    }
+
+    function test_tab_goesThroughAllControlsAndScrollsThemIntoView() {
+        const view = show(component, { height: 300 });
+        view.height = 300;
+        options().resizeEnabled = true;
+        options().convertEnabled = true;
+        options().convertFormat = 1;
+        options().destination = 2;
+        findChild(view, "resizeEnabled").forceActiveFocus(Qt.TabFocusReason);
+        const names = [];
+        for (let i = 0; i < 12; ++i) {
+            const item = root.Window.activeFocusItem;
+            names.push(item.Accessible.name);
+            tryVerify(() => placeOf(item, view).y >= 0 && placeOf(item, view).bottom <= 300, 5000, names[i] + " is in view");
+            keyClick(Qt.Key_Tab);
+        }
+        compare(names, ["Enable Resize", "Method", "Width", "Height", "Convert Format", "Convert to", "Background", "Copyright", "Creation Date", "GPS Location", "Save to", "Choose…"]);
+        compare(root.Window.activeFocusItem, findChild(view, "resizeEnabled"));
+    }
+
+    function test_change_takesEffectForTheNextFiles() {
+        const view = show(component);
+        mouseClick(findChild(view, "preserveCopyright"));
+        addAndFinish("a.png");
+        verify(stage.outputRequests.join().includes("copyright"), stage.outputRequests.join());
+    }
+}

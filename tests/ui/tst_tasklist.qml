@@ -1,0 +1,262 @@
+// SPDX-FileCopyrightText: 2026 The Pixpress authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+import QtQuick
+import Pixpress
+
+ViewTest {
+    id: root
+
+    name: "TaskListView"
+
+    Component {
+        id: component
+
+        TaskListView {
+            app: root.stage.app
+            width: root.width
+            height: root.height
+        }
+    }
+
+    function files(count: int, extension: string) {
+        return Array.from({ length: count }, (_, index) => stage.file("picture" + index + (extension || ".png")));
+    }
+
+    /// Of the tasks; a row that waits to be used again is none.
+    function rows(view) {
+        const list = findChild(view, "rows");
+        return Array.from({ length: list.count }, (_, index) => list.itemAtIndex(index)).filter(row => row !== null);
+    }
+
+    function dividers(view): int {
+        return rows(view).filter(row => withRole(row, Accessible.Separator).length === 1).length;
+    }
+
+    function test_dividers_standBetweenRowsOnly_data() {
+        return [{ tag: "one", rows: 1, dividers: 0 }, { tag: "three", rows: 3, dividers: 2 }];
+    }
+
+    function test_dividers_standBetweenRowsOnly(row) {
+        stage.hold();
+        stage.app.handleDrop(files(row.rows));
+        const view = show(component);
+        compare(rows(view).length, row.rows);
+        compare(dividers(view), row.dividers);
+    }
+
+    function test_divider_ofTheLastRowGoesWhenItBecomesTheLast() {
+        stage.failWith(500, "No.");
+        addAndFinish("a.png");
+        stage.hold();
+        stage.app.handleDrop([stage.file("b.png")]);
+        const view = show(component);
+        compare(dividers(view), 1);
+        stage.app.clearCompleted();
+        tryVerify(() => rows(view).length === 1);
+        tryVerify(() => dividers(view) === 0);
+    }
+
+    function test_bar_countsAndSumsUp() {
+        stage.answerWith(2000000, 466000);
+        stage.hold();
+        stage.app.handleDrop(files(3));
+        const view = show(component);
+        tryCompare(stage, "waiting", 1);
+        compare(findChild(view, "progress").text, "0/3 completed");
+        verify(!findChild(view, "totalSaved").visible);
+        verify(!texts(view).includes("·"));
+        stage.releaseOne(); // the upload
+        tryCompare(stage, "waiting", 1);
+        stage.releaseOne(); // the output
+        tryCompare(findChild(view, "progress"), "text", "1/3 completed");
+        verify(findChild(view, "totalSaved").visible);
+        verify(texts(view).startsWith("1/3 completed\n·\nTotal saved: 1.5 MB\n"), texts(view));
+        tryCompare(stage, "waiting", 1); // of the next file
+    }
+
+    function test_bar_looksAsDrawn() {
+        stage.answerWith(2000000, 466000);
+        addAndFinish("a.png");
+        const view = show(component);
+        const progress = findChild(view, "progress");
+        compare(progress.font, Theme.caption);
+        compare(progress.color, Theme.secondary);
+        compare(withText(view, "·").color, Theme.tertiary);
+        compare(findChild(view, "totalSaved").font, Theme.captionMedium);
+        compare(findChild(view, "totalSaved").color, Theme.greenText);
+        compare(placeOf(progress, view).x, 16);
+        const bar = progress.parent;
+        compare(placeOf(bar, view).y, 8);
+        const divider = placeOf(withRole(view, Accessible.Separator)[0], view);
+        compare(divider, Qt.rect(0, placeOf(bar, view).bottom + 8, 920, 1));
+        compare(placeOf(findChild(view, "rows"), view).y, divider.bottom);
+        compare(placeOf(rows(view)[0], view).y, divider.bottom + 8);
+        compare(findChild(view, "rows").bottomMargin, 8);
+    }
+
+    function test_total_disappearsWhenNothingIsSavedInSum_data() {
+        return [{ tag: "zero", second: 1600 }, { tag: "negative", second: 5000 }];
+    }
+
+    function test_total_disappearsWhenNothingIsSavedInSum(row) {
+        const view = show(component);
+        stage.answerWith(1000, 400);
+        addAndFinish("a.png");
+        verify(texts(view).includes("·\nTotal saved: 600 bytes"));
+        stage.answerWith(1000, row.second);
+        addAndFinish("b.png");
+        verify(!texts(view).includes("Total saved"));
+        verify(!texts(view).includes("·"));
+        verify(texts(view).startsWith("2/2 completed\n"));
+    }
+
+    function test_completedRow_tellsWhatWasSaved_data() {
+        return [
+            { tag: "smaller", size: 380, savings: "-62%", saved: "saved 620 bytes", status: "→ 380 bytes" },
+            { tag: "grown by 5 %", size: 1050, savings: "--5%", saved: "saved -50 bytes", status: "→ 1 KB" },
+            { tag: "same size", size: 1000, savings: "-0%", saved: "saved Zero KB", status: "→ 1 KB" }
+        ];
+    }
+
+    function test_completedRow_tellsWhatWasSaved(row) {
+        stage.answerWith(1000, row.size);
+        addAndFinish("a.png");
+        const view = show(component);
+        compare(findChild(view, "savings").text, row.savings);
+        compare(findChild(view, "saved").text, row.saved);
+        compare(texts(findChild(view, "status")), row.status);
+    }
+
+    function test_activity_showsWhileATaskRuns() {
+        stage.hold();
+        const view = show(component);
+        const activity = findChild(view, "activity");
+        verify(!activity.visible);
+        stage.app.handleDrop([stage.file("a.png")]);
+        tryVerify(() => activity.visible);
+        tryCompare(stage, "waiting", 1);
+        stage.releaseOne();
+        tryCompare(stage, "waiting", 1);
+        verify(activity.visible); // fetching the output
+        tryVerify(() => placeOf(activity, view).right === 920 - 16);
+        stage.release();
+        tryVerify(() => !activity.visible);
+    }
+
+    function test_row_changesInPlaceAndKeepsItsView() {
+        stage.hold();
+        stage.app.handleDrop([stage.file("a.png"), stage.file("b.png")]);
+        const view = show(component);
+        const first = rows(view)[0];
+        tryVerify(() => texts(findChild(first, "status")) === "Compressing");
+        compare(texts(findChild(rows(view)[1], "status")), "Queued");
+        tryCompare(stage, "waiting", 1);
+        stage.release();
+        tryVerify(() => findChild(first, "savings").visible);
+        compare(rows(view)[0], first);
+        tryVerify(() => !stage.app.appState.compressionQueue.hasActiveTasks);
+    }
+
+    function test_retry_usesTheOptionsOfThatMoment() {
+        stage.failWith(500, "Not <i>today</i>.");
+        addAndFinish("a.png");
+        const view = show(component);
+        verify(texts(findChild(view, "status")).includes("Not <i>today</i>."));
+        stage.answerWith(1000, 400);
+        stage.app.options.convertEnabled = true;
+        stage.app.options.convertFormat = 1;
+        mouseClick(findChild(view, "retry"));
+        tryVerify(() => findChild(view, "savings").visible);
+        verify(stage.outputRequests.join().includes("image/jpeg"), stage.outputRequests.join());
+    }
+
+    function test_reveal_showsTheOutput() {
+        addAndFinish("a.png");
+        const view = show(component);
+        mouseClick(findChild(view, "reveal"));
+        compare(stage.revealed.length, 1);
+        verify(stage.revealed[0].toString().endsWith("/a-pixpress.png") || stage.revealed[0].toString() !== stage.file("a.png").toString());
+        compare(stage.revealed[0], rows(view)[0].outputURL);
+    }
+
+    function test_arrows_walkTheRowsAndReturnReveals() {
+        addAndFinish("a.png");
+        addAndFinish("b.png");
+        addAndFinish("c.png");
+        const view = show(component);
+        const list = findChild(view, "rows");
+        list.forceActiveFocus(Qt.TabFocusReason);
+        compare(list.currentIndex, 0);
+        keyClick(Qt.Key_Down);
+        keyClick(Qt.Key_Down);
+        keyClick(Qt.Key_Down); // there is no further row
+        compare(list.currentIndex, 2);
+        keyClick(Qt.Key_Up);
+        compare(list.currentIndex, 1);
+        verify(rows(view)[1].isCurrent);
+        keyClick(Qt.Key_Return);
+        compare(stage.revealed.length, 1);
+        compare(stage.revealed[0], rows(view)[1].outputURL);
+    }
+
+    function test_tab_reachesTheButtonOfTheCurrentRowOnly() {
+        stage.failWith(500, "No.");
+        addAndFinish("a.png");
+        addAndFinish("b.png");
+        const view = show(component);
+        const list = findChild(view, "rows");
+        list.forceActiveFocus(Qt.TabFocusReason);
+        keyClick(Qt.Key_Down);
+        keyClick(Qt.Key_Tab);
+        compare(root.Window.activeFocusItem, findChild(rows(view)[1], "retry"));
+        stage.hold();
+        keyClick(Qt.Key_Space);
+        tryVerify(() => texts(findChild(rows(view)[1], "status")) === "Compressing");
+    }
+
+    function test_click_takesTheKeyboardToTheRow() {
+        addAndFinish("a.png");
+        addAndFinish("b.png");
+        const view = show(component);
+        mouseClick(rows(view)[1], 200, 20);
+        compare(findChild(view, "rows").currentIndex, 1);
+        verify(rows(view)[1].isCurrent);
+    }
+
+    function test_longList_makesOnlyAScreenfulOfRows() {
+        stage.hold();
+        stage.app.handleDrop(files(300));
+        const view = show(component);
+        const list = findChild(view, "rows");
+        compare(list.count, 300);
+        verify(list.contentItem.children.length < 40, list.contentItem.children.length + " items");
+        const bar = withRole(view, Accessible.ScrollBar);
+        compare(bar.length, 1);
+        list.positionViewAtEnd();
+        tryVerify(() => rows(view).some(row => row.index === 299));
+        verify(list.contentItem.children.length < 60, list.contentItem.children.length + " items");
+    }
+
+    function test_position_staysWhenARowChanges() {
+        stage.hold();
+        stage.app.handleDrop(files(60));
+        const view = show(component);
+        const list = findChild(view, "rows");
+        list.contentY = 700;
+        tryCompare(stage, "waiting", 1);
+        stage.releaseOne();
+        tryCompare(stage, "waiting", 1);
+        stage.releaseOne();
+        tryVerify(() => findChild(view, "progress").text.startsWith("1/60"));
+        compare(list.contentY, 700);
+    }
+
+    function test_list_isNamed() {
+        stage.hold();
+        stage.app.handleDrop([stage.file("a.png")]);
+        const view = show(component);
+        compare(findChild(view, "rows").Accessible.role, Accessible.List);
+        compare(findChild(view, "rows").Accessible.name, "Images");
+    }
+}
