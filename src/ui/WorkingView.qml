@@ -29,6 +29,8 @@ Item {
         }
 
         T.SplitView {
+            id: split
+
             orientation: Qt.Horizontal
             Layout.fillWidth: true
             Layout.fillHeight: true
@@ -39,7 +41,7 @@ Item {
                 containmentMask: Item { // wider than the line, so that it can be taken hold of
                     x: -3
                     width: 7
-                    height: parent?.height ?? 0
+                    height: split.height
                 }
             }
 
@@ -107,6 +109,7 @@ Item {
         keys: ["text/uri-list"]
 
         onEntered: drag => drag.accept(Qt.CopyAction)
+        onPositionChanged: drag => drag.accept(Qt.CopyAction) // each move proposes anew
         onDropped: drop => {
             const urls = drop.urls; // read before anything else goes on
             drop.accept(Qt.CopyAction);
