@@ -1,0 +1,46 @@
+// SPDX-FileCopyrightText: 2026 The Pixpress authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#pragma once
+
+#include <QByteArray>
+#include <QImage>
+#include <QList>
+#include <QRect>
+
+#include <memory>
+
+struct xcb_connection_t;
+
+namespace pixpress::test {
+
+/// What anybody connected to an X display can see of its windows. A window that is gone has no
+/// properties and no area.
+class XDisplay
+{
+public:
+    using Window = quint32;
+
+    /// `name` like ":1". The X server must be running.
+    explicit XDisplay(const QByteArray &name);
+
+    /// Whether a window manager says of itself that it is ready.
+    bool hasWindowManager() const;
+    /// The window that the window manager keeps for a process; 0 when there is none yet.
+    Window windowOf(qint64 processId) const;
+    Window activeWindow() const;
+
+    QByteArray title(Window window) const;
+    QSize minimumSize(Window window) const; ///< As the window manager was told.
+    QRect area(Window window) const;        ///< On the screen, without the frame.
+    QImage picture(const QRect &area) const;
+
+private:
+    QByteArray property(Window window, const char *name) const;
+    QList<quint32> numbers(Window window, const char *name) const;
+
+    std::unique_ptr<xcb_connection_t, void (*)(xcb_connection_t *)> m_connection;
+    Window m_root = 0;
+};
+
+} // namespace pixpress::test
