@@ -44,12 +44,12 @@ uint leadingHex(QStringView text)
 }
 
 /// A component of 0 to 1 in 255ths, halves rounded away from zero.
-uint byteOf(float component)
+uint byteOf(double component)
 {
-    const double scaled = std::round(double(component) * 255);
+    const double scaled = std::round(component * 255);
     // Also refuses a value that is no number.
     if (!(std::abs(scaled) < 9.2e18))
-        qFatal("A colour component of %f has no text form.", double(component));
+        qFatal("A colour component of %f has no text form.", component);
     return static_cast<uint>(static_cast<qint64>(scaled));
 }
 
@@ -66,8 +66,12 @@ std::optional<QColor> colourFromHex(const QString &text)
 QString toHex(const QColor &colour)
 {
     const QColor rgb = colour.spec() == QColor::ExtendedRgb ? colour : colour.toRgb();
-    return QString::asprintf("#%02x%02x%02x", byteOf(rgb.redF()), byteOf(rgb.greenF()),
-                             byteOf(rgb.blueF()));
+    return toHex(double(rgb.redF()), double(rgb.greenF()), double(rgb.blueF()));
+}
+
+QString toHex(double red, double green, double blue)
+{
+    return QString::asprintf("#%02x%02x%02x", byteOf(red), byteOf(green), byteOf(blue));
 }
 
 } // namespace pixpress

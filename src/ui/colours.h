@@ -18,5 +18,7 @@ std::optional<QColor> colourFromHex(const QString &text);
 /// "#" and two lower-case digits a component; opacity is ignored. Components above 1 are not
 /// clamped and give longer texts.
 QString toHex(const QColor &colour);
+/// The same of components, which QColor keeps coarsely when they are above 1.
+QString toHex(double red, double green, double blue);
 
 } // namespace pixpress

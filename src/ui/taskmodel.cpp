@@ -108,6 +108,9 @@ QVariant TaskModel::data(const QModelIndex &index, int role) const
 {
     if (!checkIndex(index, CheckIndexOption::IndexIsValid))
         return {};
+    // A row that is about to go can still be asked about, when its task has gone already.
+    if (m_queue.indexOf(m_ids[index.row()]) < 0)
+        return {};
     const CompressionTask &task = taskAt(index.row());
     switch (role) {
     case FileName: return task.fileName;

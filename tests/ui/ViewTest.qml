@@ -33,7 +33,19 @@ TestCase {
 
     /// Of the whole window, what pops up included.
     function find(name: string): Item {
-        return findChild(root.Window.contentItem, name);
+        return search(root.Window.contentItem, name);
+    }
+
+    /// Like findChild(), which stumbles over items that are just going.
+    function search(item, name: string): Item {
+        if (!item || item.objectName === name)
+            return item;
+        for (let i = 0; i < item.children.length; ++i) {
+            const match = search(item.children[i], name);
+            if (match)
+                return match;
+        }
+        return null;
     }
 
     function found(name: string): Item {

@@ -1,0 +1,233 @@
+// SPDX-FileCopyrightText: 2026 The Pixpress authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+import QtQuick
+import Pixpress
+
+ViewTest {
+    id: root
+
+    name: "MainView"
+
+    Component {
+        id: component
+
+        MainView {
+            app: root.stage.app
+            width: root.width
+            height: root.height
+        }
+    }
+
+    function files(count: int) {
+        return Array.from({ length: count }, (_, index) => stage.file("picture" + index + ".png"));
+    }
+
+    function test_withoutKey_showsOnboardingAlone() {
+        stage.start("");
+        const view = show(component);
+        verify(texts(view).includes("Welcome to Pixpress"));
+        for (const name of ["addFiles", "clearDone", "clearAll", "settings", "form", "browse", "bar"])
+            compare(find(name), null, name);
+        drag.urls = files(1);
+        drag.enter(root.Window.window, 400, 300);
+        verify(!drag.accepted);
+        drag.drop(root.Window.window, 400, 300);
+        compare(stage.batches.length, 0);
+    }
+
+    function test_settingsAskedForTooEarly_openOnceTheKeyIsSaved() {
+        stage.start("");
+        show(component);
+        stage.app.appState.showSettings = true;
+        compare(find("tabs"), null);
+        stage.app.appState.saveAPIKey("new");
+        found("tabs");
+        verify(stage.app.appState.showSettings);
+        tryVerify(() => find("key") === null);
+    }
+
+    function test_emptyQueue_hasNoClearButtons() {
+        const view = show(component);
+        verify(!find("clearDone").visible);
+        verify(!find("clearAll").visible);
+        verify(find("addFiles").visible && find("addFiles").enabled);
+        verify(find("browse").visible);
+        compare(find("rows"), null);
+    }
+
+    function test_runningTasks_showClearDoneDisabledAndClearAllEnabled() {
+        stage.hold();
+        const view = show(component);
+        stage.app.handleDrop(files(3));
+        tryVerify(() => find("clearDone").visible);
+        verify(!find("clearDone").enabled);
+        verify(find("clearAll").visible && find("clearAll").enabled);
+        tryVerify(() => find("browse") === null);
+        verify(find("rows").visible);
+    }
+
+    function test_clearDone_takesOutWhatHasEnded_data() {
+        return [{ tag: "completed", status: 0 }, { tag: "failed", status: 500 }];
+    }
+
+    function test_clearDone_takesOutWhatHasEnded(row) {
+        if (row.status !== 0)
+            stage.failWith(row.status, "No.");
+        const view = show(component);
+        addAndFinish("a.png");
+        tryVerify(() => find("clearDone").enabled);
+        tryVerify(() => placeOf(find("clearDone"), view).x > 600);
+        mouseClick(find("clearDone"));
+        compare(stage.app.tasks.count, 0);
+        found("browse");
+        verify(!find("clearDone").visible);
+    }
+
+    function test_clearAll_bringsTheDropZoneBack() {
+        const view = show(component);
+        addAndFinish("a.png");
+        addAndFinish("b.png");
+        tryVerify(() => placeOf(find("clearAll"), view).x > 600);
+        mouseClick(find("clearAll"));
+        compare(stage.app.tasks.count, 0);
+        found("browse");
+    }
+
+    function test_toolbar_standsInOrderAtItsEndWithHelp() {
+        stage.hold();
+        const view = show(component);
+        stage.app.handleDrop(files(1));
+        tryVerify(() => placeOf(find("clearAll"), view).x > placeOf(find("clearDone"), view).x);
+        const buttons = ["addFiles", "clearDone", "clearAll", "settings"].map(name => find(name));
+        compare(buttons.map(button => button.text).join(), "Add Files,Clear Done,Clear All,Settings");
+        compare(buttons.map(button => button.symbol).join(), "plus,checkmark.circle,trash,gearshape");
+        compare(buttons.map(button => button.Accessible.name).join(), "Add Files,Clear Done,Clear All,Settings");
+        for (let i = 1; i < buttons.length; ++i)
+            verify(placeOf(buttons[i], view).x >= placeOf(buttons[i - 1], view).right);
+        compare(placeOf(buttons[3], view).right, 920 - 10);
+        const helps = ["Add images to compress", "Clear completed tasks", "Clear all tasks", "Open settings"];
+        for (const index of [0, 2, 3]) {
+            mouseMove(buttons[index], 10, 10);
+            tryVerify(() => texts(root.Window.contentItem).includes(helps[index]), 5000, helps[index]);
+        }
+        compare(buttons[1].help, helps[1]);
+        mouseMove(root, 400, 400);
+    }
+
+    function test_addFiles_opensThePanel() {
+        show(component);
+        stage.picked = files(2);
+        mouseClick(find("addFiles"));
+        compare(stage.batches, [2]);
+    }
+
+    function test_settingsButton_opensTheSheet() {
+        show(component);
+        mouseClick(find("settings"));
+        verify(stage.app.appState.showSettings);
+        found("tabs");
+    }
+
+    function test_drag_isTakenForCopyingAndShows() {
+        const view = show(component);
+        drag.urls = files(1);
+        verify(!view.isDropTargeted);
+        drag.enter(root.Window.window, 400, 300);
+        verify(drag.accepted);
+        compare(drag.action, Qt.CopyAction);
+        verify(view.isDropTargeted);
+        tryCompare(find("outline"), "color", Theme.blue);
+        drag.leave(root.Window.window);
+        verify(!view.isDropTargeted);
+        tryCompare(find("badge"), "scale", 1);
+    }
+
+    function test_dragWithoutFiles_isNotTaken() {
+        const view = show(component);
+        drag.urls = [];
+        drag.text = "https://tinypng.com/a.png";
+        drag.enter(root.Window.window, 400, 300);
+        verify(!view.isDropTargeted);
+        drag.text = "";
+    }
+
+    function test_drop_addsThePicturesInOneBatch() {
+        show(component);
+        drag.urls = [stage.file("photo.PNG"), stage.file("notes.txt"), stage.file("photo2.jpeg")];
+        drag.enter(root.Window.window, 400, 300);
+        drag.drop(root.Window.window, 400, 300);
+        verify(drag.accepted);
+        compare(drag.action, Qt.CopyAction);
+        compare(stage.batches, [2]);
+        compare(stage.app.tasks.count, 2);
+    }
+
+    function test_dropOfUnsupportedFiles_isTakenAndAddsNothing() {
+        const view = show(component);
+        drag.urls = [stage.file("notes.txt"), "file:///tmp", "https://tinypng.com/a.png"];
+        drag.enter(root.Window.window, 400, 300);
+        drag.drop(root.Window.window, 400, 300);
+        verify(drag.accepted);
+        compare(stage.batches.length, 0);
+        verify(!view.isDropTargeted);
+        verify(find("browse").visible);
+    }
+
+    function test_dropOntoTheList_addsToIt() {
+        stage.hold();
+        show(component);
+        stage.app.handleDrop(files(1));
+        drag.urls = [stage.file("more.webp")];
+        drag.enter(root.Window.window, 400, 300);
+        drag.drop(root.Window.window, 400, 300);
+        compare(stage.batches, [1, 1]);
+    }
+
+    function test_quotaBar_isPaddedBelowADivider() {
+        const view = show(component);
+        const bar = find("bar").parent;
+        const place = placeOf(bar, view);
+        const detail = placeOf(bar.parent, view);
+        compare(place.x, detail.x + 16);
+        compare(place.right, detail.right - 16);
+        compare(place.bottom, 620 - 10);
+        const dividers = withRole(bar.parent, Accessible.Separator).map(divider => placeOf(divider, view).y);
+        verify(dividers.includes(place.y - 11), dividers + " before " + place.y);
+    }
+
+    function test_sidebar_isAsWideAsItMayBe() {
+        const view = show(component);
+        const sidebar = find("form").parent;
+        compare(sidebar.width, 260);
+        const drag = (from, by) => mouseDrag(view, from, 300, by, 0, Qt.LeftButton, Qt.NoModifier, 0);
+        drag(260, -120);
+        compare(sidebar.width, 230);
+        drag(230, 200);
+        compare(sidebar.width, 300);
+    }
+
+    function test_sidebarButton_hidesAndShowsTheOptions() {
+        const view = show(component);
+        const sidebar = find("form").parent;
+        const button = withRole(view, Accessible.Button).find(item => item.Accessible.name === "Hide Sidebar");
+        mouseClick(button);
+        verify(!sidebar.visible);
+        compare(button.Accessible.name, "Show Sidebar");
+        mouseClick(button);
+        verify(sidebar.visible);
+    }
+
+    function test_everyControlTabReaches_isNamed() {
+        stage.failWith(500, "No.");
+        addAndFinish("a.png");
+        show(component);
+        find("addFiles").forceActiveFocus(Qt.TabFocusReason);
+        const names = tabOrder();
+        compare(names.filter(name => name === "").length, 0, names.join());
+        for (const name of ["Add Files", "Clear Done", "Clear All", "Settings", "Enable Resize", "Convert Format", "Copyright", "Save to", "Hide Sidebar"])
+            verify(names.includes(name), name + " in " + names);
+        verify(names.some(name => name.startsWith("a.png, ")), "the list in " + names);
+        verify(names.length < 25);
+    }
+}
