@@ -34,6 +34,11 @@ double Samples::median() const
     return sorted.size() % 2 ? sorted[middle] : (sorted[middle - 1] + sorted[middle]) / 2;
 }
 
+double Samples::largest() const
+{
+    return std::ranges::max(m_values);
+}
+
 QString Samples::range() const
 {
     const auto [least, most] = std::ranges::minmax(m_values);

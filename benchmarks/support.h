@@ -28,6 +28,7 @@ class Samples
 public:
     void add(double value) { m_values.push_back(value); }
     double median() const;
+    double largest() const;
     QString range() const; ///< The smallest and the largest, for people.
 
 private:

@@ -24,7 +24,10 @@ test_packages=(
     qml6-module-qttest qt6-declarative-dev-tools
     xvfb xauth openbox xdotool dbus libgl1-mesa-dri libxcb1-dev
 )
-bench_packages=(pngquant jpegoptim webp libavif-bin libjxl-devtools)
+bench_packages=(
+    pngquant jpegoptim webp libavif-bin libjxl-devtools
+    converseen xvfb openbox dbus libgl1-mesa-dri libxcb1-dev
+)
 
 # Installs Debian packages that are missing. Elsewhere it says what is needed and ends.
 install_missing() {
