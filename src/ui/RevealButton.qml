@@ -13,7 +13,6 @@ T.Button {
     implicitHeight: 28
     Accessible.role: Accessible.Button
     Accessible.name: qsTr("Show in Finder")
-    Accessible.onPressAction: click()
 
     contentItem: Item {
         Symbol {

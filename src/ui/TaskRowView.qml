@@ -1,6 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Pixpress authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
+pragma ComponentBehavior: Bound
+
 import QtQuick
 import QtQuick.Layouts
 import Pixpress
@@ -147,50 +149,60 @@ Item {
             size: 16
             color: Theme.secondary
         }
-        ActivityIndicator {
-            visible: root.isRunning
-            size: 16
+        // A row has one of these at most, and making all of them is most of what a row takes.
+        Loader {
+            active: root.isRunning
+            visible: active
             Layout.rightMargin: 4
-        }
-        PushButton {
-            objectName: "retry"
-            visible: root.isFailed
-            text: qsTr("Retry")
-            controlHeight: Theme.smallControl
-            focusPolicy: root.isCurrent || activeFocus ? Qt.StrongFocus : Qt.ClickFocus
-            onClicked: root.retry()
-        }
-        RowLayout {
-            visible: root.isCompleted
-            spacing: 10
-
-            ColumnLayout {
-                spacing: 2
-
-                Text {
-                    objectName: "savings"
-                    text: root.savings
-                    font: Theme.title3
-                    color: Theme.greenText
-                    textFormat: Text.PlainText
-                    Layout.alignment: Qt.AlignRight
-                    Accessible.ignored: true
-                }
-                Text {
-                    objectName: "saved"
-                    text: root.saved
-                    font: Theme.caption2
-                    color: Theme.secondary
-                    textFormat: Text.PlainText
-                    Layout.alignment: Qt.AlignRight
-                    Accessible.ignored: true
-                }
+            sourceComponent: ActivityIndicator {
+                size: 16
             }
-
-            RevealButton {
-                objectName: "reveal"
+        }
+        Loader {
+            active: root.isFailed
+            visible: active
+            sourceComponent: PushButton {
+                objectName: "retry"
+                text: qsTr("Retry")
+                controlHeight: Theme.smallControl
                 focusPolicy: root.isCurrent || activeFocus ? Qt.StrongFocus : Qt.ClickFocus
-                onClicked: root.reveal()
+                onClicked: root.retry()
+            }
+        }
+        Loader {
+            active: root.isCompleted
+            visible: active
+            sourceComponent: RowLayout {
+                spacing: 10
+
+                ColumnLayout {
+                    spacing: 2
+
+                    Text {
+                        objectName: "savings"
+                        text: root.savings
+                        font: Theme.title3
+                        color: Theme.greenText
+                        textFormat: Text.PlainText
+                        Layout.alignment: Qt.AlignRight
+                        Accessible.ignored: true
+                    }
+                    Text {
+                        objectName: "saved"
+                        text: root.saved
+                        font: Theme.caption2
+                        color: Theme.secondary
+                        textFormat: Text.PlainText
+                        Layout.alignment: Qt.AlignRight
+                        Accessible.ignored: true
+                    }
+                }
+
+                RevealButton {
+                    objectName: "reveal"
+                    focusPolicy: root.isCurrent || activeFocus ? Qt.StrongFocus : Qt.ClickFocus
+                    onClicked: root.reveal()
+                }
             }
         }
     }

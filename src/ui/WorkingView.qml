@@ -1,6 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Pixpress authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
+pragma ComponentBehavior: Bound
+
 import QtQuick
 import QtQuick.Layouts
 import QtQuick.Templates as T
@@ -108,7 +110,12 @@ Item {
         anchors.fill: parent
         keys: ["text/uri-list"]
 
-        onEntered: drag => drag.accept(Qt.CopyAction)
+        onEntered: drag => {
+            if (root.app.acceptsDrag(drag.urls))
+                drag.accept(Qt.CopyAction);
+            else
+                drag.accepted = false;
+        }
         onPositionChanged: drag => drag.accept(Qt.CopyAction) // each move proposes anew
         onDropped: drop => {
             const urls = drop.urls; // read before anything else goes on

@@ -6,6 +6,8 @@
 #include "model/formats.h"
 #include "pipeline/appstate.h"
 
+#include <algorithm>
+
 using namespace Qt::StringLiterals;
 
 namespace pixpress {
@@ -19,6 +21,11 @@ bool isOnThisMachine(const QUrl &url)
 }
 
 } // namespace
+
+bool hasFile(const QList<QUrl> &dragged)
+{
+    return std::ranges::any_of(dragged, isOnThisMachine);
+}
 
 void handleDrop(AppState &appState, const QList<QUrl> &dropped)
 {

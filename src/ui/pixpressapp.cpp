@@ -65,6 +65,11 @@ bool PixpressApp::show(QQmlApplicationEngine &engine)
     return true;
 }
 
+bool PixpressApp::acceptsDrag(const QList<QUrl> &dragged) const
+{
+    return hasFile(dragged);
+}
+
 void PixpressApp::handleDrop(const QList<QUrl> &dropped)
 {
     pixpress::handleDrop(m_appState, dropped);

@@ -55,6 +55,8 @@ public:
     /// window cannot be made.
     bool show(QQmlApplicationEngine &engine);
 
+    /// Whether a drag of these over the window is any of its business: not that of a web link.
+    Q_INVOKABLE bool acceptsDrag(const QList<QUrl> &dragged) const;
     /// Adds what was dropped on the window: local files of a supported extension, in one batch.
     Q_INVOKABLE void handleDrop(const QList<QUrl> &dropped);
     /// Makes the failed task of this row pending again, with the options of this moment.

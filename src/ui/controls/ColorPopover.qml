@@ -59,7 +59,6 @@ T.Popup {
                     Accessible.role: Accessible.RadioButton
                     Accessible.name: color.toString()
                     Accessible.checked: isCurrent
-                    Accessible.onPressAction: click()
 
                     onClicked: {
                         root.picked(color);

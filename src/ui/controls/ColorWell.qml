@@ -1,6 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Pixpress authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
+pragma ComponentBehavior: Bound
+
 import QtQuick
 import QtQuick.Templates as T
 import Pixpress
@@ -22,7 +24,6 @@ T.Button {
     Accessible.role: Accessible.Button
     Accessible.name: label
     Accessible.description: value.toString()
-    Accessible.onPressAction: click()
 
     onClicked: popover.active = true
 

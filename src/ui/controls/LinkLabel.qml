@@ -18,7 +18,6 @@ T.AbstractButton {
 
     Accessible.role: Accessible.Link
     Accessible.name: text
-    Accessible.onPressAction: click()
 
     onClicked: Qt.openUrlExternally(page)
 

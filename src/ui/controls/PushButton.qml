@@ -27,7 +27,6 @@ T.Button {
 
     Accessible.role: Accessible.Button
     Accessible.name: text
-    Accessible.onPressAction: click()
 
     contentItem: Item {
         implicitWidth: label.implicitWidth

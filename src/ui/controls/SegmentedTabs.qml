@@ -50,7 +50,6 @@ T.TabBar {
             text: modelData.text
             Accessible.role: Accessible.PageTab
             Accessible.name: text
-            Accessible.onPressAction: click()
 
             contentItem: Item {
                 SymbolLabel {

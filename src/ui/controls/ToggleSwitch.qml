@@ -19,8 +19,10 @@ T.Switch {
     Accessible.name: text
     Accessible.checkable: true
     Accessible.checked: checked
-    Accessible.onPressAction: click()
-    Accessible.onToggleAction: click()
+    Accessible.onToggleAction: {
+        root.toggle();
+        root.toggled();
+    }
 
     contentItem: Text {
         id: label

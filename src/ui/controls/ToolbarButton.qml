@@ -20,7 +20,6 @@ T.Button {
     Accessible.role: Accessible.Button
     Accessible.name: text
     Accessible.description: help
-    Accessible.onPressAction: click()
 
     contentItem: Item {
         Symbol {
