@@ -1,7 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Pixpress authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-pragma ComponentBehavior: Bound
+// Not "pragma ComponentBehavior: Bound": a Loader of Qt 6.4 cannot make bound components.
+// qmllint disable unqualified
 
 import QtQuick
 import QtQuick.Layouts

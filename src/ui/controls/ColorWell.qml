@@ -1,7 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Pixpress authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-pragma ComponentBehavior: Bound
+// Not "pragma ComponentBehavior: Bound": a Loader of Qt 6.4 cannot make bound components.
+// qmllint disable unqualified
 
 import QtQuick
 import QtQuick.Templates as T
@@ -24,6 +25,7 @@ T.Button {
     Accessible.role: Accessible.Button
     Accessible.name: label
     Accessible.description: value.toString()
+    Accessible.onPressAction: clicked()
 
     onClicked: popover.active = true
 
