@@ -13,6 +13,7 @@ T.Button {
     implicitHeight: 28
     Accessible.role: Accessible.Button
     Accessible.name: qsTr("Show in Finder")
+    Accessible.onPressAction: root.clicked()
 
     contentItem: Item {
         Symbol {

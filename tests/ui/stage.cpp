@@ -3,6 +3,7 @@
 
 #include "stage.h"
 
+#include <QAccessible>
 #include <QDesktopServices>
 #include <QDir>
 #include <QFile>
@@ -122,6 +123,17 @@ void Stage::setDark(bool dark)
 {
     QGuiApplication::setPalette(dark ? QPalette(QColor(0x323232), QColor(0x1E1E1E))
                                      : QPalette(QColor(0xECECEC), QColor(0xECECEC)));
+}
+
+bool Stage::act(QObject *item, const QString &action)
+{
+    QAccessible::setActive(true);
+    auto *interface = QAccessible::queryAccessibleInterface(item);
+    auto *actions = interface ? interface->actionInterface() : nullptr;
+    if (!actions || !actions->actionNames().contains(action))
+        return false;
+    actions->doAction(action);
+    return true;
 }
 
 void Stage::setCount(int count)

@@ -62,6 +62,8 @@ public:
     Q_INVOKABLE QString storedKey() const;
     Q_INVOKABLE QString options() const; ///< The current options, as text to compare.
 
+    /// As assistive technology does; false when the item has no such action.
+    Q_INVOKABLE bool act(QObject *item, const QString &action);
     Q_INVOKABLE void openPage(const QUrl &page) { opened.append(page); }
 
     int waiting() const { return static_cast<int>(server.waiting()); }

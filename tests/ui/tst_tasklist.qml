@@ -153,7 +153,7 @@ ViewTest {
         compare(texts(findChild(rows(view)[1], "status")), "Queued");
         tryCompare(stage, "waiting", 1);
         stage.release();
-        tryVerify(() => findChild(first, "savings").visible);
+        tryVerify(() => findChild(first, "savings")?.visible ?? false);
         compare(rows(view)[0], first);
         tryVerify(() => !stage.app.appState.compressionQueue.hasActiveTasks);
     }
@@ -167,7 +167,7 @@ ViewTest {
         stage.app.options.convertEnabled = true;
         stage.app.options.convertFormat = 1;
         mouseClick(findChild(view, "retry"));
-        tryVerify(() => findChild(view, "savings").visible);
+        tryVerify(() => findChild(view, "savings")?.visible ?? false);
         verify(stage.outputRequests.join().includes("image/jpeg"), stage.outputRequests.join());
     }
 

@@ -59,6 +59,7 @@ T.Popup {
                     Accessible.role: Accessible.RadioButton
                     Accessible.name: color.toString()
                     Accessible.checked: isCurrent
+                    Accessible.onPressAction: swatch.clicked()
 
                     onClicked: {
                         root.picked(color);

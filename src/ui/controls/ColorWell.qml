@@ -25,7 +25,7 @@ T.Button {
     Accessible.role: Accessible.Button
     Accessible.name: label
     Accessible.description: value.toString()
-    Accessible.onPressAction: clicked()
+    Accessible.onPressAction: root.clicked()
 
     onClicked: popover.active = true
 

@@ -18,6 +18,7 @@ T.AbstractButton {
 
     Accessible.role: Accessible.Link
     Accessible.name: text
+    Accessible.onPressAction: root.clicked()
 
     onClicked: Qt.openUrlExternally(page)
 

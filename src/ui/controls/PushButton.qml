@@ -27,6 +27,7 @@ T.Button {
 
     Accessible.role: Accessible.Button
     Accessible.name: text
+    Accessible.onPressAction: root.clicked()
 
     contentItem: Item {
         implicitWidth: label.implicitWidth

@@ -50,6 +50,7 @@ T.TabBar {
             text: modelData.text
             Accessible.role: Accessible.PageTab
             Accessible.name: text
+            Accessible.onPressAction: tab.checked = true
 
             contentItem: Item {
                 SymbolLabel {

@@ -9,6 +9,11 @@ import Pixpress
 T.Switch {
     id: root
 
+    function flip() {
+        toggle();
+        toggled(); // which toggle() leaves out
+    }
+
     implicitWidth: label.implicitWidth + 12 + indicator.implicitWidth
     implicitHeight: Theme.regularControl
     focusPolicy: Qt.StrongFocus
@@ -19,10 +24,8 @@ T.Switch {
     Accessible.name: text
     Accessible.checkable: true
     Accessible.checked: checked
-    Accessible.onToggleAction: {
-        root.toggle();
-        root.toggled();
-    }
+    Accessible.onPressAction: root.flip()
+    Accessible.onToggleAction: root.flip()
 
     contentItem: Text {
         id: label

@@ -20,6 +20,7 @@ T.Button {
     Accessible.role: Accessible.Button
     Accessible.name: text
     Accessible.description: help
+    Accessible.onPressAction: root.clicked()
 
     contentItem: Item {
         Symbol {
