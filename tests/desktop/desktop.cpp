@@ -5,37 +5,35 @@
 
 #include <QTest>
 
-#include <chrono>
 #include <csignal>
 #include <sys/prctl.h>
 
 using namespace Qt::StringLiterals;
-using namespace std::chrono_literals;
 
 namespace pixpress::test {
 
 namespace {
 
-constexpr auto patience = 30s;
-
 /// What a process tells on its output once it is ready; empty when it ends without a word.
 QString readyLine(QProcess &process)
 {
     const bool said = QTest::qWaitFor(
-        [&] { return process.canReadLine() || process.state() == QProcess::NotRunning; },
-        std::chrono::milliseconds(patience).count());
+        [&] { return process.canReadLine() || process.state() == QProcess::NotRunning; }, patience);
     return said ? QString::fromUtf8(process.readLine()).trimmed() : QString();
 }
 
 void end(QProcess &process)
 {
-    process.kill();
-    process.waitForFinished();
+    process.terminate(); // it then removes its lock and its socket
+    if (!process.waitForFinished()) {
+        process.kill();
+        process.waitForFinished();
+    }
 }
 
 const QByteArray busConfiguration = R"(<busconfig>
   <type>session</type>
-  <listen>unix:tmpdir=/tmp</listen>
+  <listen>unix:runtime=yes</listen>
   <policy context="default">
     <allow send_destination="*" eavesdrop="true"/>
     <allow eavesdrop="true"/>
@@ -48,7 +46,7 @@ const QByteArray busConfiguration = R"(<busconfig>
 
 void bindToTest(QProcess &process)
 {
-    process.setChildProcessModifier([] { prctl(PR_SET_PDEATHSIG, SIGKILL); });
+    process.setChildProcessModifier([] { prctl(PR_SET_PDEATHSIG, SIGTERM); });
 }
 
 Desktop::Desktop()
@@ -73,6 +71,7 @@ bool Desktop::start()
 bool Desktop::startBus()
 {
     const QString configuration = configure(u"bus.conf"_s, busConfiguration);
+    m_bus.setProcessEnvironment(Home::environment());
     m_bus.start(u"dbus-daemon"_s, {u"--config-file="_s + configuration, u"--nofork"_s,
                                    u"--nosyslog"_s, u"--print-address"_s});
     m_busAddress = readyLine(m_bus);
@@ -96,9 +95,9 @@ bool Desktop::startWindowManager()
 {
     m_windowManager.setProcessEnvironment(environment());
     m_windowManager.start(u"openbox"_s, {u"--sm-disable"_s});
-    const bool isReady = QTest::qWaitFor([this] { return m_display->hasWindowManager(); },
-                                         std::chrono::milliseconds(patience).count());
-    movePointer({1590, 990}); // where it hovers over nothing
+    const bool isReady =
+        QTest::qWaitFor([this] { return m_display->hasWindowManager(); }, patience);
+    restPointer();
     return isReady;
 }
 
@@ -130,6 +129,11 @@ void Desktop::resize(XDisplay::Window window, QSize to) const
 void Desktop::movePointer(QPoint to) const
 {
     xdotool({u"mousemove"_s, QString::number(to.x()), QString::number(to.y())});
+}
+
+void Desktop::restPointer() const
+{
+    movePointer({1599, 999});
 }
 
 void Desktop::pressButton() const

@@ -12,9 +12,11 @@
 
 namespace pixpress::test {
 
+/// How long to wait for what must come, in milliseconds: as long as a busy machine may take.
+constexpr int patience = 60'000;
+
 /// A desktop of the test's own: an X server that no screen shows, a window manager, a message bus
-/// on which nothing is started by itself, and a home. All of it ends with the object, and with the
-/// test when that is killed.
+/// on which nothing is started by itself, and a home. All of it ends with the object.
 class Desktop : public Home
 {
 public:
@@ -33,6 +35,7 @@ public:
     void type(const QString &text) const;
     void resize(XDisplay::Window window, QSize to) const; ///< Asks; the window manager decides.
     void movePointer(QPoint to) const;
+    void restPointer() const; ///< Where it hovers over nothing.
     void pressButton() const;
     void releaseButton() const;
 
@@ -50,7 +53,7 @@ private:
     QString m_busAddress;
 };
 
-/// Has a process that is started after this end when the thread that starts it does.
+/// Has a process that is started after this end when the test does, even if that is killed.
 void bindToTest(QProcess &process);
 
 } // namespace pixpress::test

@@ -41,8 +41,10 @@ protected:
     void paintEvent(QPaintEvent *) override
     {
         QPainter painter(this);
-        painter.fillRect(0, 0, width(), height(), Qt::white);
-        painter.fillRect(20, 20, width() - 40, height() - 40, Qt::darkGreen);
+        QLinearGradient gradient(0, 0, width(), height());
+        gradient.setColorAt(0, Qt::white);
+        gradient.setColorAt(1, Qt::darkGreen);
+        painter.fillRect(0, 0, width(), height(), gradient);
     }
 
     void mousePressEvent(QMouseEvent *) override

@@ -3,21 +3,18 @@
 
 #include "program.h"
 
+#include <QSet>
 #include <QTest>
 #include <QUrl>
 
 #include <algorithm>
-#include <chrono>
 #include <span>
 
 using namespace Qt::StringLiterals;
-using namespace std::chrono_literals;
 
 namespace pixpress::test {
 
 namespace {
-
-constexpr int patience = std::chrono::milliseconds(60s).count();
 
 template <typename Wanted>
 int count(const QImage &picture, Wanted isWanted)
@@ -29,6 +26,18 @@ int count(const QImage &picture, Wanted isWanted)
         points += std::ranges::count_if(line, isWanted);
     }
     return static_cast<int>(points);
+}
+
+/// A window has one colour, or some of its neighbours', until its content is there; content has the
+/// many of letters with smooth edges.
+bool isPainted(const QImage &picture)
+{
+    QSet<QRgb> colours;
+    for (int y = 0; y < picture.height(); ++y) {
+        for (int x = 0; x < picture.width() && colours.size() <= 32; ++x)
+            colours.insert(picture.pixel(x, y));
+    }
+    return colours.size() > 32;
 }
 
 } // namespace
@@ -55,13 +64,16 @@ Program::~Program()
 
 bool Program::isInFront()
 {
+    QImage before;
     return QTest::qWaitFor(
-        [this] {
+        [&] {
             const auto own = window();
             if (own == 0 || m_desktop.display().activeWindow() != own)
                 return false;
             const QImage now = picture();
-            return count(now, [first = now.pixel(0, 0)](QRgb point) { return point != first; }) > 0;
+            const bool isSettled = isPainted(now) && now == before;
+            before = now;
+            return isSettled;
         },
         patience);
 }
@@ -142,6 +154,7 @@ QStringList drag(const Desktop &desktop, const QStringList &files, const Program
     desktop.movePointer(target.area().center());
     const bool isOver = says("offered");
     desktop.releaseButton();
+    desktop.restPointer();
     if (!isOver || !says("read"))
         return {u"the target does not answer"_s, QString::fromUtf8(source.output())};
     QStringList actions = QString::fromUtf8(source.output()).split(u'\n', Qt::SkipEmptyParts);

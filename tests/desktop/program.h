@@ -20,7 +20,7 @@ public:
     Program(const Desktop &desktop, const QString &executable, const Invocation &invocation = {});
     ~Program();
 
-    /// Waits until its window is the active one and has been painted.
+    /// Waits until its window is the active one, has been painted, and looks the same twice.
     bool isInFront();
     bool isRunning() const { return m_process.state() == QProcess::Running; }
     /// The status it ends with by itself; -1 when it does not, or crashes.

@@ -39,7 +39,7 @@ void FirstStartTest::init()
     m_program = std::make_unique<Program>(*m_desktop, QStringLiteral(PIXPRESS_AT),
                                           Invocation{.arguments = {m_service->address()}});
     QVERIFY(m_program->isInFront());
-    QVERIFY(greets());
+    QTRY_VERIFY_WITH_TIMEOUT(greets(), patience);
 }
 
 void FirstStartTest::cleanup()
@@ -60,14 +60,15 @@ void FirstStartTest::rejectedKey_thenGoodKey_thenAPicture()
 {
     // The key field has the keyboard from the beginning.
     replaceKey(u"wrong"_s);
-    QTRY_COMPARE(m_service->authorizations(), QList({Service::authorization("wrong")}));
-    QTRY_VERIFY(redPoints(m_program->picture()) > 20);
+    QTRY_COMPARE_WITH_TIMEOUT(m_service->authorizations(), QList({Service::authorization("wrong")}),
+                              patience);
+    QTRY_VERIFY_WITH_TIMEOUT(redPoints(m_program->picture()) > 20, patience);
     QVERIFY(greets());
     QVERIFY(!m_desktop->settings(u"Pixpress"_s).contains(u"pixpress_api_key"_s));
 
     replaceKey(u" good/key+1 "_s);
-    QTRY_COMPARE(m_service->authorizations().size(), 2);
-    QTRY_VERIFY(!greets());
+    QTRY_COMPARE_WITH_TIMEOUT(m_service->authorizations().size(), 2, patience);
+    QTRY_VERIFY_WITH_TIMEOUT(!greets(), patience);
     QCOMPARE(m_desktop->settings(u"Pixpress"_s).value(u"pixpress_api_key"_s), u"good/key+1"_s);
     QCOMPARE(QFile::permissions(m_desktop->settingsPath(u"Pixpress"_s)) &
                  (QFile::ReadGroup | QFile::WriteGroup | QFile::ExeGroup | QFile::ReadOther |
@@ -76,7 +77,8 @@ void FirstStartTest::rejectedKey_thenGoodKey_thenAPicture()
 
     const QString picture = m_desktop->file(u"first #1.png"_s, "bytes of a picture");
     QVERIFY(drag(*m_desktop, {picture}, *m_program).contains(u"done copy"_s));
-    QTRY_COMPARE(m_desktop->size(u"first #1-pixpress.png"_s), m_service->output.size());
+    QTRY_COMPARE_WITH_TIMEOUT(m_desktop->size(u"first #1-pixpress.png"_s), m_service->output.size(),
+                              patience);
     QCOMPARE(m_service->uploads(), QList<QByteArray>({"bytes of a picture"}));
     QCOMPARE(m_program->errors(), "");
 }
@@ -85,19 +87,19 @@ void FirstStartTest::settingsAskedForBefore_openOnceTheKeyIsThere()
 {
     m_desktop->press({u"ctrl+comma"_s});
     replaceKey(u"good/key+1"_s);
-    QTRY_VERIFY(!greets());
+    QTRY_VERIFY_WITH_TIMEOUT(!greets(), patience);
     // The window below the sheet is brighter without it.
     const auto corner = [this] { return qGray(m_program->picture().pixel(2, 2)); };
-    QTRY_VERIFY(corner() < 190);
+    QTRY_VERIFY_WITH_TIMEOUT(corner() < 190, patience);
     m_desktop->press({u"Escape"_s});
-    QTRY_VERIFY(corner() > 220);
+    QTRY_VERIFY_WITH_TIMEOUT(corner() > 220, patience);
 }
 
 void FirstStartTest::emptyKey_isNotAskedAbout()
 {
     replaceKey(u"   "_s);
     replaceKey(u"good/key+1"_s);
-    QTRY_VERIFY(!greets());
+    QTRY_VERIFY_WITH_TIMEOUT(!greets(), patience);
     QCOMPARE(m_service->authorizations().size(), 1);
 }
 

@@ -78,9 +78,9 @@ void KeyboardTest::controlComma_opensTheSettings()
     const QImage before = m_program->picture();
     for (int round = 0; round < 2; ++round) {
         m_desktop->press({u"ctrl+comma"_s});
-        QTRY_VERIFY(areCornersDimmed(before));
+        QTRY_VERIFY_WITH_TIMEOUT(areCornersDimmed(before), patience);
         m_desktop->press({closing});
-        QTRY_COMPARE(m_program->picture(), before);
+        QTRY_COMPARE_WITH_TIMEOUT(m_program->picture(), before, patience);
     }
     QCOMPARE(m_program->errors(), "");
 }
@@ -104,7 +104,7 @@ void KeyboardTest::controlQ_quits_whileCompressing()
     m_service->hold();
     const QString picture = m_desktop->file(u"a.png"_s, "bytes of a picture");
     QVERIFY(drag(*m_desktop, {picture}, *m_program).contains(u"done copy"_s));
-    QTRY_COMPARE(m_service->uploads().size(), 1);
+    QTRY_COMPARE_WITH_TIMEOUT(m_service->uploads().size(), 1, patience);
     m_desktop->press({u"ctrl+q"_s});
     QCOMPARE(m_program->exitStatus(), 0);
     QCOMPARE(m_program->errors(), "");
@@ -121,7 +121,8 @@ void KeyboardTest::tabAndSpace_switchAnOption()
 
     const QString picture = m_desktop->file(u"a.png"_s, "bytes of a picture");
     QVERIFY(drag(*m_desktop, {picture}, *m_program).contains(u"done copy"_s));
-    QTRY_COMPARE(m_desktop->size(u"a-pixpress.png"_s), m_service->output.size());
+    QTRY_COMPARE_WITH_TIMEOUT(m_desktop->size(u"a-pixpress.png"_s), m_service->output.size(),
+                              patience);
     const QJsonObject resize{{u"method"_s, u"scale"_s}, {u"width"_s, 64}};
     QCOMPARE(QJsonDocument::fromJson(m_service->fetches().value(0)).object(),
              QJsonObject({{u"resize"_s, resize}}));

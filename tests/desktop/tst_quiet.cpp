@@ -17,7 +17,27 @@ class QuietTest : public QObject
 private Q_SLOTS:
     void compressing_saysNothing_data();
     void compressing_saysNothing();
+    void greeting_saysNothing_data() { compressing_saysNothing_data(); }
+    void greeting_saysNothing();
 };
+
+namespace {
+
+Invocation with(const QStringList &environment)
+{
+    Invocation invocation;
+    for (const QString &entry : environment)
+        invocation.environment.append({entry.section(u'=', 0, 0), entry.section(u'=', 1)});
+    return invocation;
+}
+
+bool usesDriver(const Program &program)
+{
+    QFile libraries(u"/proc/%1/maps"_s.arg(program.processId()));
+    return libraries.open(QIODevice::ReadOnly) && libraries.readAll().contains("_dri.so");
+}
+
+} // namespace
 
 void QuietTest::compressing_saysNothing_data()
 {
@@ -36,9 +56,7 @@ void QuietTest::compressing_saysNothing()
     QFETCH(bool, usesOpenGL);
     Desktop desktop;
     QVERIFY(desktop.start());
-    Invocation invocation;
-    for (const QString &entry : environment)
-        invocation.environment.append({entry.section(u'=', 0, 0), entry.section(u'=', 1)});
+    Invocation invocation = with(environment);
     const QList<std::pair<QString, QString>> pictures{{u"lake at dusk.jpg"_s, u"a.jpg"_s},
                                                       {u"island map.png"_s, u"b.png"_s},
                                                       {u"marbled ink.webp"_s, u"c.webp"_s},
@@ -49,16 +67,29 @@ void QuietTest::compressing_saysNothing()
     Program program(desktop, QStringLiteral(PIXPRESS_OFFLINE), invocation);
     QVERIFY(program.isInFront());
     QTRY_COMPARE_WITH_TIMEOUT(desktop.fileNames().filter(u"-pixpress."_s).size(), pictures.size(),
-                              120'000);
+                              patience);
     const QImage list = program.picture();
     desktop.press({u"ctrl+comma"_s});
-    QTRY_VERIFY(program.picture() != list);
+    QTRY_VERIFY_WITH_TIMEOUT(program.picture() != list, patience);
     desktop.press({u"Escape"_s});
 
-    QFile libraries(u"/proc/%1/maps"_s.arg(program.processId()));
-    QVERIFY(libraries.open(QIODevice::ReadOnly));
-    QCOMPARE(libraries.readAll().contains("_dri.so"), usesOpenGL);
+    QCOMPARE(usesDriver(program), usesOpenGL);
+    desktop.press({u"ctrl+q"_s});
+    QCOMPARE(program.exitStatus(), 0);
+    QCOMPARE(program.errors(), "");
+    QCOMPARE(program.output(), "");
+}
 
+void QuietTest::greeting_saysNothing()
+{
+    QFETCH(QStringList, environment);
+    QFETCH(bool, usesOpenGL);
+    Desktop desktop;
+    QVERIFY(desktop.start());
+    Program program(desktop, QStringLiteral(PIXPRESS_REMOTE), with(environment));
+    QVERIFY(program.isInFront());
+    QTRY_VERIFY_WITH_TIMEOUT(showsLogo(program.picture()), patience);
+    QCOMPARE(usesDriver(program), usesOpenGL);
     desktop.press({u"ctrl+q"_s});
     QCOMPARE(program.exitStatus(), 0);
     QCOMPARE(program.errors(), "");

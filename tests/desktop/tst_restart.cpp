@@ -64,11 +64,13 @@ void RestartTest::keyAndCount_areKept()
     restart();
     m_desktop->type(QString::fromLatin1(m_service->goodKey));
     m_desktop->press({u"Return"_s});
-    QTRY_VERIFY(!m_desktop->settings(u"Pixpress"_s).value(u"pixpress_api_key"_s).isUndefined());
+    QTRY_VERIFY_WITH_TIMEOUT(
+        !m_desktop->settings(u"Pixpress"_s).value(u"pixpress_api_key"_s).isUndefined(), patience);
     m_service->count = 500; // the whole month's
     const QString first = m_desktop->file(u"first.png"_s, "first");
     QVERIFY(drag(*m_desktop, {first}, *m_program).contains(u"done copy"_s));
-    QTRY_COMPARE(m_desktop->size(u"first-pixpress.png"_s), m_service->output.size());
+    QTRY_COMPARE_WITH_TIMEOUT(m_desktop->size(u"first-pixpress.png"_s), m_service->output.size(),
+                              patience);
     quit();
     const QJsonObject kept = m_desktop->settings(u"Pixpress"_s);
     QCOMPARE(kept.value(u"pixpress_api_key"_s), u"good/key+1"_s);
@@ -77,7 +79,7 @@ void RestartTest::keyAndCount_areKept()
     // It remembers the key, or it would greet; and the count, or it would upload.
     restart({m_desktop->file(u"second.png"_s, "second")});
     QVERIFY(!showsLogo(m_program->picture()));
-    QTRY_VERIFY(redPoints(m_program->picture()) > 20);
+    QTRY_VERIFY_WITH_TIMEOUT(redPoints(m_program->picture()) > 20, patience);
     quit();
     QCOMPARE(m_desktop->settings(u"Pixpress"_s), kept);
     QCOMPARE(m_service->uploads(), QList<QByteArray>({"first"}));
@@ -94,16 +96,18 @@ void RestartTest::options_andList_areForgotten()
     m_desktop->type(u"64"_s);
     const QString first = m_desktop->file(u"first.png"_s, "first");
     QVERIFY(drag(*m_desktop, {first}, *m_program).contains(u"done copy"_s));
-    QTRY_COMPARE(m_desktop->size(u"first-pixpress.png"_s), m_service->output.size());
+    QTRY_COMPARE_WITH_TIMEOUT(m_desktop->size(u"first-pixpress.png"_s), m_service->output.size(),
+                              patience);
     QVERIFY(m_service->fetches().last().contains("64"));
     QVERIFY(m_program->picture() != fresh);
     quit();
 
     restart();
-    QTRY_COMPARE(m_program->picture(), fresh);
+    QTRY_COMPARE_WITH_TIMEOUT(m_program->picture(), fresh, patience);
     const QString second = m_desktop->file(u"second.png"_s, "second");
     QVERIFY(drag(*m_desktop, {second}, *m_program).contains(u"done copy"_s));
-    QTRY_COMPARE(m_desktop->size(u"second-pixpress.png"_s), m_service->output.size());
+    QTRY_COMPARE_WITH_TIMEOUT(m_desktop->size(u"second-pixpress.png"_s), m_service->output.size(),
+                              patience);
     QCOMPARE(m_service->fetches().last(), "");
     QCOMPARE(m_service->uploads(), QList<QByteArray>({"first", "second"}));
 }
@@ -117,7 +121,7 @@ void RestartTest::offline_keepsTheCountAlone()
             *m_desktop, QStringLiteral(PIXPRESS_OFFLINE),
             Invocation{.arguments = {m_desktop->sample(u"island map.png"_s, name)}});
         QVERIFY(m_program->isInFront());
-        QTRY_VERIFY_WITH_TIMEOUT(m_desktop->size(u"%1-pixpress.png"_s.arg(count)) > 0, 60'000);
+        QTRY_VERIFY_WITH_TIMEOUT(m_desktop->size(u"%1-pixpress.png"_s.arg(count)) > 0, patience);
         quit();
         QVERIFY(!m_desktop->settings(application).contains(u"pixpress_api_key"_s));
         QVERIFY(m_desktop->settings(application).contains(u"pixpress_quota_count"_s));

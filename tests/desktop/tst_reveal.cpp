@@ -67,7 +67,7 @@ void RevealTest::compressAndAsk(const QList<std::pair<QString, QString>> &enviro
                                   Invocation{.arguments = {picture}, .environment = environment});
     QVERIFY(m_program->isInFront());
     // The row says in green what was saved.
-    QTRY_VERIFY_WITH_TIMEOUT(greenPoints(m_program->picture()) > 50, 60'000);
+    QTRY_VERIFY_WITH_TIMEOUT(greenPoints(m_program->picture()) > 50, patience);
     // Over the toolbar and the options into the list.
     m_desktop->press(QStringList(12, u"Tab"_s) + QStringList{u"Return"_s});
 }
@@ -80,7 +80,7 @@ void RevealTest::output_isShownInTheFileManager()
                                QDBusConnection::ExportAllSlots));
     QVERIFY(bus.registerService(u"org.freedesktop.FileManager1"_s));
     compressAndAsk();
-    QTRY_VERIFY(!manager.shown.isEmpty());
+    QTRY_VERIFY_WITH_TIMEOUT(!manager.shown.isEmpty(), patience);
     const QString folder =
         QString::fromLatin1(QUrl::fromLocalFile(m_desktop->path({})).toEncoded());
     QCOMPARE(manager.shown, QStringList({folder + u"100%25%20%C3%A4%231%20map-pixpress.png"_s}));
@@ -104,7 +104,7 @@ void RevealTest::withoutFileManager_theFolderIsOpened()
         compressAndAsk();
     else
         compressAndAsk({{u"DBUS_SESSION_BUS_ADDRESS"_s, busAddress}});
-    QTRY_VERIFY(m_desktop->size(u"opened"_s) > 0);
+    QTRY_VERIFY_WITH_TIMEOUT(m_desktop->size(u"opened"_s) > 0, patience);
     QFile opened(m_desktop->path(u"opened"_s));
     QVERIFY(opened.open(QIODevice::ReadOnly));
     QCOMPARE(QUrl::fromUserInput(QString::fromUtf8(opened.readAll())),

@@ -49,9 +49,9 @@ void WindowTest::cannotBeMadeTooSmall()
     Program program(desktop, QStringLiteral(PIXPRESS_OFFLINE));
     QVERIFY(program.isInFront());
     desktop.resize(program.window(), {860, 580});
-    QTRY_COMPARE(program.area().size(), QSize(860, 580));
+    QTRY_COMPARE_WITH_TIMEOUT(program.area().size(), QSize(860, 580), patience);
     desktop.resize(program.window(), {300, 200});
-    QTRY_COMPARE(program.area().size(), QSize(800, 550));
+    QTRY_COMPARE_WITH_TIMEOUT(program.area().size(), QSize(800, 550), patience);
 }
 
 void WindowTest::uselessArguments_harmNothing()
@@ -68,8 +68,9 @@ void WindowTest::uselessArguments_harmNothing()
                        u""_s, u"--unknown"_s, u"https://example.invalid/a.png"_s, u"/"_s,
                        desktop.sample(u"lake at dusk.jpg"_s, u"good.jpg"_s)}});
     QVERIFY(program.isInFront());
-    QTRY_VERIFY_WITH_TIMEOUT(desktop.size(u"good-pixpress.jpg"_s) > 0, 60'000);
-    QTRY_VERIFY(redPoints(program.picture()) > 20); // those with a picture's name have failed
+    QTRY_VERIFY_WITH_TIMEOUT(desktop.size(u"good-pixpress.jpg"_s) > 0, patience);
+    QTRY_VERIFY_WITH_TIMEOUT(redPoints(program.picture()) > 20,
+                             patience); // those with a picture's name have failed
     QCOMPARE(desktop.fileNames(), QStringList({u"a.txt"_s, u"empty.webp"_s, u"good-pixpress.jpg"_s,
                                                u"good.jpg"_s, u"text.png"_s}));
     desktop.press({u"ctrl+q"_s});
