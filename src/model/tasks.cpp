@@ -40,7 +40,7 @@ CompressionTask::CompressionTask(const QUrl &sourceURL, const CompressionOptions
       fileName(sourceURL.adjusted(QUrl::StripTrailingSlash).fileName()),
       originalSize(QFileInfo(sourceURL.toLocalFile()).size()),
       options(options),
-      addedAt(QDateTime::currentDateTime())
+      addedAt(QDateTime::currentDateTimeUtc())
 {
 }
 

@@ -69,7 +69,7 @@ struct CompressionTask
     qint64 originalSize; ///< Bytes on disk when the task was made; 0 when not readable.
     TaskStatus status = status::Pending{};
     CompressionOptions options;
-    QDateTime addedAt;
+    QDateTime addedAt; ///< In UTC: the time zone costs a system call.
 
     bool operator==(const CompressionTask &) const = default;
 };

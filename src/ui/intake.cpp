@@ -33,7 +33,8 @@ void handleDrop(AppState &appState, const QList<QUrl> &dropped)
     for (QUrl url : dropped) {
         if (!isOnThisMachine(url) || !isSupported(url.fileName()))
             continue;
-        url.setHost({});
+        if (!url.host().isEmpty())
+            url.setHost({});
         accepted.append(url);
     }
     if (!accepted.isEmpty())

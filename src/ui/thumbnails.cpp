@@ -8,7 +8,9 @@
 
 #include <QPromise>
 
+#include <algorithm>
 #include <fcntl.h>
+#include <string_view>
 
 namespace pixpress {
 
@@ -20,17 +22,38 @@ constexpr int thumbnailPixels = 72;
 /// Decoders other than JPEG's hold all pixels at once: four bytes each, so a gigabyte.
 constexpr qint64 maxPixels = 16'384LL * 16'384;
 
-bool isTooLarge(const vips::VSource &source)
+/// How much smaller each side may get while a JPEG is decoded, which is nearly free, and still
+/// leave twice what is wanted.
+int shrinkOnLoad(const VImage &opened)
 {
-    const VImage opened = VImage::new_from_source(source, "");
-    return qint64{opened.width()} * opened.height() > maxPixels;
+    const int longerSide = std::max(opened.width(), opened.height());
+    for (const int factor : {8, 4, 2}) {
+        if (longerSide / factor >= 2 * thumbnailPixels)
+            return factor;
+    }
+    return 1;
 }
 
-QImage toQImage(VImage image, const std::atomic_bool &stopped)
+/// All pixels, in memory. Making them smaller while they are decoded would paint black what is
+/// damaged, where a person should see that there is no picture.
+VImage decoded(const vips::VSource &source, const std::atomic_bool &stopped)
+{
+    const VImage opened = VImage::new_from_source(source, "");
+    if (qint64{opened.width()} * opened.height() > maxPixels)
+        throw vips::VError("too large");
+    auto *options =
+        VImage::option()->set("access", VIPS_ACCESS_SEQUENTIAL)->set("fail_on", VIPS_FAIL_ON_ERROR);
+    if (std::string_view(opened.get_string("vips-loader")).starts_with("jpeg"))
+        options->set("shrink", shrinkOnLoad(opened));
+    VImage image = VImage::new_from_source(source, "", options);
+    stopWith(image, stopped);
+    return image.copy_memory();
+}
+
+QImage toQImage(VImage image)
 {
     if (!image.has_alpha())
         image = image.bandjoin(255);
-    stopWith(image, stopped);
     const auto freeMemory = [](void *memory) { g_free(memory); };
     size_t size = 0;
     auto *pixels = static_cast<uchar *>(image.write_to_memory(&size));
@@ -52,16 +75,13 @@ QImage generateThumbnail(const QUrl &file, const std::atomic_bool &stopped)
     if (!opened || !opened->size())
         return {};
     try {
-        const auto source = vips::VSource::new_from_descriptor(opened->get());
-        if (isTooLarge(source))
-            return {};
-        const VImage thumbnail = VImage::thumbnail_source(source, thumbnailPixels,
-                                                          VImage::option()
-                                                              ->set("height", thumbnailPixels)
-                                                              ->set("size", VIPS_SIZE_DOWN)
-                                                              ->set("fail_on", VIPS_FAIL_ON_ERROR)
-                                                              ->set("output_profile", "srgb"));
-        return toQImage(thumbnail.colourspace(VIPS_INTERPRETATION_sRGB), stopped);
+        const VImage image = decoded(vips::VSource::new_from_descriptor(opened->get()), stopped);
+        const VImage thumbnail =
+            image.thumbnail_image(thumbnailPixels, VImage::option()
+                                                       ->set("height", thumbnailPixels)
+                                                       ->set("size", VIPS_SIZE_DOWN)
+                                                       ->set("output_profile", "srgb"));
+        return stopped ? QImage() : toQImage(thumbnail.colourspace(VIPS_INTERPRETATION_sRGB));
     } catch (const vips::VError &) {
         vips_error_clear();
         return {};
