@@ -4,6 +4,7 @@
 #include "xdisplay.h"
 
 #include <cstdlib>
+#include <cstring>
 #include <xcb/xcb.h>
 
 namespace pixpress::test {
@@ -110,7 +111,8 @@ QList<quint32> XDisplay::numbers(Window window, const char *name) const
 {
     const QByteArray bytes = property(window, name);
     QList<quint32> numbers(bytes.size() / qsizetype(sizeof(quint32)));
-    std::memcpy(numbers.data(), bytes.constData(), size_t(numbers.size()) * sizeof(quint32));
+    if (!numbers.isEmpty())
+        std::memcpy(numbers.data(), bytes.constData(), size_t(numbers.size()) * sizeof(quint32));
     return numbers;
 }
 
