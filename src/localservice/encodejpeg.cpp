@@ -4,6 +4,7 @@
 #include "localservice/encode.h"
 
 #include "localservice/jpegerrors.h"
+#include "localservice/jpegoutput.h"
 
 #include <cstdlib>
 #include <iterator>
@@ -39,7 +40,6 @@ public:
     {
         jpeg_destroy_compress(&m_target);
         jpeg_destroy_decompress(&m_source);
-        std::free(m_bytes);
     }
 
     /// Each of these ends early after an error, and then leaves no bytes.
@@ -49,12 +49,7 @@ public:
 
     bool isDamaged() const { return m_errors.isDamaged; }
     bool isCompressed() const { return m_isCompressed; }
-    QByteArray bytes() const
-    {
-        return m_isComplete ? QByteArray(reinterpret_cast<const char *>(m_bytes),
-                                         static_cast<qsizetype>(m_size))
-                            : QByteArray();
-    }
+    QByteArray bytes() const { return m_isComplete ? m_output.bytes() : QByteArray(); }
 
 private:
     void open();
@@ -71,8 +66,7 @@ private:
     JpegMonitor m_monitor{};
     jpeg_decompress_struct m_source{};
     jpeg_compress_struct m_target{};
-    unsigned char *m_bytes = nullptr;
-    unsigned long m_size = 0;
+    JpegOutput m_output;
     bool m_isComplete = false;
     bool m_isCompressed = false;
 };
@@ -85,7 +79,7 @@ void Recompression::open()
     jpeg_mem_src(&m_source, reinterpret_cast<const unsigned char *>(m_original.constData()),
                  static_cast<unsigned long>(m_original.size()));
     jpeg_read_header(&m_source, TRUE);
-    jpeg_mem_dest(&m_target, &m_bytes, &m_size);
+    m_output.attachTo(m_target);
     const JQUANT_TBL *table = m_source.quant_tbl_ptrs[m_source.comp_info[0].quant_tbl_no];
     m_isCompressed = table && estimatedQuality(*table) <= jpegQuality;
 }

@@ -56,7 +56,8 @@ Rectangle {
 
             Image {
                 source: "logo.svg"
-                sourceSize: Qt.size(88, 88)
+                sourceSize.width: 88
+                sourceSize.height: 88
                 Layout.alignment: Qt.AlignHCenter
                 Accessible.ignored: true
             }

@@ -23,6 +23,7 @@ Item {
     required property string savings
     required property string saved
     required property url outputURL
+    required property string summary
 
     required property Thumbnails thumbnails
     required property bool isLast
@@ -61,7 +62,7 @@ Item {
     implicitHeight: row.height + (isLast ? 0 : 5)
 
     Accessible.role: Accessible.ListItem
-    Accessible.name: [fileName, originalSize, statusText, savings, saved].filter(text => text !== "").join(", ")
+    Accessible.name: summary
     Accessible.focusable: true
     Accessible.focused: isCurrent
     Accessible.onPressAction: act()

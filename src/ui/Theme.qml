@@ -50,7 +50,7 @@ QtObject {
     readonly property color switchTrack: dark ? "#6A6A6E" : "#B4B4B8"
     readonly property color focusRing: Qt.rgba(blue.r, blue.g, blue.b, 0.5)
 
-    readonly property string family: Qt.application.font.family
+    readonly property string family: Appearance.family
     readonly property font largeTitle: Qt.font({ family: family, pixelSize: 26, weight: Font.Bold })
     readonly property font title: Qt.font({ family: family, pixelSize: 22, weight: Font.Bold })
     readonly property font title2: Qt.font({ family: family, pixelSize: 17, weight: Font.DemiBold })

@@ -38,6 +38,11 @@ Appearance::Appearance(QObject *parent)
 
 Appearance::~Appearance() = default;
 
+QString Appearance::family() const
+{
+    return QGuiApplication::font().family();
+}
+
 QString Appearance::fixedFamily() const
 {
     const QString ownChoice = QStringLiteral("JetBrains Mono");

@@ -21,6 +21,7 @@ class Appearance : public QObject
     QML_ELEMENT
     QML_SINGLETON
     Q_PROPERTY(bool dark READ isDark NOTIFY darkChanged)
+    Q_PROPERTY(QString family READ family CONSTANT)
     Q_PROPERTY(QString fixedFamily READ fixedFamily CONSTANT)
     Q_PROPERTY(bool reducedMotion READ reducedMotion NOTIFY reducedMotionChanged)
 
@@ -31,6 +32,7 @@ public:
     bool isDark() const { return m_dark; }
     bool reducedMotion() const { return m_reducedMotion; }
 
+    QString family() const;      ///< The application's font.
     QString fixedFamily() const; ///< The system's font of fixed pitch.
 
     bool eventFilter(QObject *watched, QEvent *event) override;

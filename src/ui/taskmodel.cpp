@@ -76,6 +76,14 @@ QString savedText(const CompressionTask &task)
     return TaskModel::tr("saved %1").arg(ByteFormatter::format(saved));
 }
 
+QString summary(const CompressionTask &task)
+{
+    QStringList words{task.fileName, ByteFormatter::format(task.originalSize), statusText(task),
+                      savingsText(task), savedText(task)};
+    words.removeAll(QString());
+    return words.join(QStringLiteral(", "));
+}
+
 } // namespace
 
 TaskModel::TaskModel(CompressionQueue &queue) : m_queue(queue)
@@ -122,6 +130,7 @@ QVariant TaskModel::data(const QModelIndex &index, int role) const
     case Savings: return savingsText(task);
     case Saved: return savedText(task);
     case OutputURL: return resultOf(task) ? resultOf(task)->outputURL : QUrl();
+    case Summary: return summary(task);
     default: return {};
     }
 }
@@ -130,7 +139,8 @@ QHash<int, QByteArray> TaskModel::roleNames() const
 {
     return {{FileName, "fileName"},   {SourceURL, "sourceURL"},   {OriginalSize, "originalSize"},
             {TaskState, "taskState"}, {StatusText, "statusText"}, {StatusSymbol, "statusSymbol"},
-            {Savings, "savings"},     {Saved, "saved"},           {OutputURL, "outputURL"}};
+            {Savings, "savings"},     {Saved, "saved"},           {OutputURL, "outputURL"},
+            {Summary, "summary"}};
 }
 
 void TaskModel::retry(int row, const CompressionOptions &options)
@@ -152,7 +162,8 @@ void TaskModel::onAdded(qsizetype first, qsizetype count)
 void TaskModel::onChanged(qsizetype index)
 {
     const QModelIndex row = this->index(static_cast<int>(index));
-    Q_EMIT dataChanged(row, row, {TaskState, StatusText, StatusSymbol, Savings, Saved, OutputURL});
+    Q_EMIT dataChanged(row, row,
+                       {TaskState, StatusText, StatusSymbol, Savings, Saved, OutputURL, Summary});
 }
 
 void TaskModel::onRemoved()

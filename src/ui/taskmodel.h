@@ -16,7 +16,7 @@ class TaskModel : public QAbstractListModel
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("The application has one.")
-    Q_PROPERTY(qsizetype count READ count NOTIFY countChanged)
+    Q_PROPERTY(int count READ rowCount NOTIFY countChanged)
     Q_PROPERTY(QString progressText READ progressText NOTIFY progressChanged)
     Q_PROPERTY(QString totalSavedText READ totalSavedText NOTIFY progressChanged)
 
@@ -31,6 +31,7 @@ public:
         Savings,      ///< "-62%"; empty unless completed.
         Saved,        ///< "saved 1.5 MB"; empty unless completed.
         OutputURL,    ///< Empty unless completed.
+        Summary,      ///< All of the row in words, for assistive technology.
     };
 
     /// The cases of TaskStatus.

@@ -158,7 +158,7 @@ private Q_SLOTS:
         QCOMPARE(model().rowCount(row), 0);
         QVERIFY(!model().data(row, Qt::DisplayRole).isValid());
         QVERIFY(!model().data({}, TaskModel::FileName).isValid());
-        QCOMPARE(model().roleNames().size(), 9);
+        QCOMPARE(model().roleNames().size(), 10);
     }
 
 private:
