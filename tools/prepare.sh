@@ -21,7 +21,7 @@ build_packages=(
 test_packages=(
     clang-19 clang-tidy-19 clang-format-19 libclang-rt-19-dev
     openssl libimage-exiftool-perl
-    qml6-module-qttest qt6-declarative-dev-tools
+    qml6-module-qttest qml6-module-qtqml-models qt6-declarative-dev-tools
     xvfb xauth openbox xdotool dbus libgl1-mesa-dri libxcb1-dev
 )
 bench_packages=(
