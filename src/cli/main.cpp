@@ -77,7 +77,7 @@ int runLocally(QCoreApplication &app, const cli::Arguments &arguments)
         print(stderr, u"pixpress-cli: %1\n"_s.arg(started.error()));
         return failedStatus;
     }
-    CompressionQueue queue(settings, {.baseURL = service.baseURL(), .limits = {}});
+    CompressionQueue queue(settings, ServiceConfig::builtIn(service.baseURL()));
     return run(app, arguments, queue);
 }
 

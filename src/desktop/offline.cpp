@@ -18,5 +18,5 @@ int main(int argc, char *argv[])
     LocalService service(std::move(config));
     if (const auto started = service.start(); !started)
         qFatal("The compression service does not start: %s", qUtf8Printable(started.error()));
-    return application.run(settings, {.baseURL = service.baseURL(), .limits = {}});
+    return application.run(settings, ServiceConfig::builtIn(service.baseURL()));
 }

@@ -23,6 +23,11 @@ struct ServiceConfig
     /// error that stops the process.
     QUrl baseURL = QUrl(QStringLiteral("https://api.tinify.com"));
     HttpLimits limits;
+
+    /// For a service that is part of this program. Silence is nothing that has failed then: large
+    /// pictures wait for each other until there is memory for them, for minutes. Only the bound on
+    /// the whole transfer holds.
+    static ServiceConfig builtIn(const QUrl &baseURL, HttpLimits limits = {});
 };
 
 /// The one component that speaks to the compression service. Keeps no key, no cache and no count,
