@@ -20,16 +20,21 @@ Gate::Pass::~Pass()
 std::optional<Gate::Pass> Gate::enter(qint64 amount)
 {
     std::unique_lock lock(m_mutex);
+    const quint64 number = m_arrivals++;
     ++m_waiting;
     m_changed.wait(lock, [&] {
-        return m_closed || m_passes == 0 ||
-               (m_passes < m_maxPasses && m_amount + amount <= m_maxAmount);
+        const bool fits =
+            m_passes == 0 || (m_passes < m_maxPasses && m_amount + amount <= m_maxAmount);
+        return m_closed || (number == m_admitted && fits);
     });
     --m_waiting;
     if (m_closed)
         return std::nullopt;
+    ++m_admitted;
     m_amount += amount;
     ++m_passes;
+    if (m_waiting > 0)
+        m_changed.notify_all(); // the next may fit too
     return std::optional<Pass>(std::in_place, *this, amount);
 }
 

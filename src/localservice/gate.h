@@ -14,7 +14,8 @@ namespace pixpress {
 
 /// Lets work through while its sum of some unit (bytes, pixels) and its number stay within bounds;
 /// the rest waits. One piece of work that exceeds the bound alone goes through when it is alone.
-/// May be used from any thread.
+/// Whoever came first goes first, even if what came later would fit: else the large would wait for
+/// as long as there is something small. May be used from any thread.
 class Gate
 {
 public:
@@ -54,6 +55,8 @@ private:
     qint64 m_amount = 0;
     int m_passes = 0;
     int m_waiting = 0;
+    quint64 m_arrivals = 0; ///< Also the number that the next one to arrive gets.
+    quint64 m_admitted = 0; ///< Also the number of the one whose turn it is.
     bool m_closed = false;
 };
 

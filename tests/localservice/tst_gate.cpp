@@ -5,6 +5,7 @@
 
 #include <QTest>
 
+#include <array>
 #include <future>
 #include <thread>
 
@@ -18,6 +19,8 @@ private Q_SLOTS:
     void amountsUpToTheBound_passTogether();
     void passes_areCounted();
     void tooLargeAnAmount_passesAlone();
+    void whoComesFirst_goesFirst();
+    void oneThatLeaves_letsInAllThatFit();
     void closing_endsTheWait();
 };
 
@@ -29,10 +32,10 @@ std::future<bool> entering(Gate &gate, qint64 amount)
                       [&gate, amount] { return gate.enter(amount).has_value(); });
 }
 
-/// Once the thread has arrived at the gate: a counted wait lasts until something changes.
-bool isWaiting(const Gate &gate, const std::future<bool> &entered)
+/// Once so many threads have arrived at the gate: a counted wait lasts until something changes.
+bool isWaiting(const Gate &gate, const std::future<bool> &entered, int count = 1)
 {
-    while (gate.waiting() == 0) {
+    while (gate.waiting() < count) {
         if (entered.wait_for(std::chrono::seconds(0)) == std::future_status::ready)
             return false;
         std::this_thread::yield();
@@ -72,6 +75,43 @@ void TestGate::tooLargeAnAmount_passesAlone()
     QVERIFY(isWaiting(gate, large));
     small.reset();
     QVERIFY(large.get());
+}
+
+void TestGate::whoComesFirst_goesFirst()
+{
+    Gate gate(10, 100);
+    auto first = gate.enter(6);
+    auto large = entering(gate, 8);
+    QVERIFY(isWaiting(gate, large));
+    auto small = entering(gate, 1); // which would fit at once
+    QVERIFY(isWaiting(gate, small, 2));
+    first.reset();
+    QVERIFY(large.get());
+    QVERIFY(small.get());
+}
+
+void TestGate::oneThatLeaves_letsInAllThatFit()
+{
+    Gate gate(10, 100);
+    auto large = gate.enter(10);
+    std::array<std::future<bool>, 3> waiting;
+    std::promise<void> end; // goes first when the test fails, and ends them
+    const auto ended = end.get_future().share();
+    const auto entering = [&] {
+        return std::async(std::launch::async, [&gate, ended] {
+            const auto pass = gate.enter(3);
+            ended.wait();
+            return pass.has_value();
+        });
+    };
+    for (auto &entered : waiting)
+        entered = entering();
+    QVERIFY(isWaiting(gate, waiting[2], 3));
+    large.reset();
+    QTRY_COMPARE(gate.waiting(), 0); // though none of them has left
+    end.set_value();
+    for (auto &entered : waiting)
+        QVERIFY(entered.get());
 }
 
 void TestGate::closing_endsTheWait()
