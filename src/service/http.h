@@ -22,7 +22,8 @@ namespace pixpress {
 struct HttpLimits
 {
     QString caBundle = {}; ///< File of trusted certificates (PEM); empty: the system's.
-    /// The longest time in which nothing moves in either direction, connecting included.
+    /// The longest time in which nothing moves in either direction. Connecting, TLS included, may
+    /// take this long too, and the wait for the answer is measured from there.
     std::chrono::milliseconds longestSilence = std::chrono::seconds(60);
     /// The longest time for a whole request, redirects included.
     std::chrono::milliseconds longestTransfer = std::chrono::seconds(600);

@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <new>
 #include <sys/socket.h>
 
 using namespace Qt::StringLiterals;
@@ -33,6 +34,11 @@ TransportError other(const QString &description)
     return {TransportError::Case::other, description};
 }
 
+TransportError outOfMemory()
+{
+    return other(u"There is not enough memory for this request."_s);
+}
+
 /// The sentence for an error that libcurl ended with.
 TransportError describe(CURLcode code)
 {
@@ -52,15 +58,14 @@ TransportError describe(CURLcode code)
         return other(u"A secure connection to the server could not be made."_s);
     case CURLE_SSL_CACERT_BADFILE:
         return other(u"The trusted certificates of this computer could not be read."_s);
-    case CURLE_OUT_OF_MEMORY: return other(u"There is not enough memory for this request."_s);
+    case CURLE_OUT_OF_MEMORY: return outOfMemory();
     case CURLE_GOT_NOTHING:
     case CURLE_SEND_ERROR:
     case CURLE_RECV_ERROR:
     case CURLE_PARTIAL_FILE:
     case CURLE_SEND_FAIL_REWIND:
     case CURLE_ABORTED_BY_CALLBACK: // only beforeRequest() aborts, when a connection has died
-    case CURLE_HTTP2:
-    case CURLE_HTTP2_STREAM: return other(u"The network connection was lost."_s);
+        return other(u"The network connection was lost."_s);
     default:
         return other(u"The request failed: %1."_s.arg(QLatin1StringView(curl_easy_strerror(code))));
     }
@@ -100,6 +105,9 @@ EasyHandle Transfer::makeHandle(const HttpLimits &limits, OpenSockets &sockets)
     set(CURLOPT_NOSIGNAL, 1L);
     set(CURLOPT_QUICK_EXIT, 1L); // do not wait for a name server when the program ends
     set(CURLOPT_TCP_NODELAY, 1L);
+    // HTTP/2 would put several transfers on one socket, where a look at the socket could not tell
+    // whose answer is waiting, and has ways of its own to repeat a request.
+    set(CURLOPT_HTTP_VERSION, static_cast<long>(CURL_HTTP_VERSION_1_1));
     set(CURLOPT_BUFFERSIZE, receiveBuffer);
     set(CURLOPT_UPLOAD_BUFFERSIZE, sendBuffer);
     set(CURLOPT_READFUNCTION, &Transfer::sendBody);
@@ -169,8 +177,8 @@ Transfer::Clock::time_point Transfer::deadline() const
 
 std::optional<HttpResult> Transfer::finish(CURLcode code)
 {
-    if (m_answerTooLarge)
-        return std::unexpected(other(u"The server's answer is too large."_s));
+    if (m_refused)
+        return std::unexpected(*std::move(m_refused));
     if (code != CURLE_OK)
         return std::unexpected(describe(code));
     if (!m_headIsComplete) // which libcurl takes for an answer without a body
@@ -261,20 +269,28 @@ size_t Transfer::receiveBody(char *data, size_t size, size_t count, void *self)
 {
     auto &transfer = *static_cast<Transfer *>(self);
     transfer.m_lastMove = Clock::now();
-    QByteArray &body = transfer.m_response.body;
+    // No exception may pass through libcurl, which is C.
+    try {
+        transfer.keep({data, static_cast<qsizetype>(size * count)});
+    } catch (const std::bad_alloc &) {
+        transfer.m_refused = outOfMemory();
+    }
+    return transfer.m_refused ? CURL_WRITEFUNC_ERROR : size * count;
+}
+
+void Transfer::keep(QByteArrayView piece)
+{
+    QByteArray &body = m_response.body;
     if (body.isEmpty()) {
         curl_off_t announced = -1;
-        curl_easy_getinfo(transfer.handle(), CURLINFO_CONTENT_LENGTH_DOWNLOAD_T, &announced);
+        curl_easy_getinfo(handle(), CURLINFO_CONTENT_LENGTH_DOWNLOAD_T, &announced);
         body.reserve(std::clamp<qint64>(announced, 0, maxReserved));
         preferHugePages(body);
     }
-    const QByteArrayView piece(data, static_cast<qsizetype>(size * count));
-    if (body.size() + piece.size() > transfer.m_limits.largestAnswer) {
-        transfer.m_answerTooLarge = true;
-        return CURL_WRITEFUNC_ERROR;
-    }
-    body.append(piece);
-    return size * count;
+    if (body.size() + piece.size() > m_limits.largestAnswer)
+        m_refused = other(u"The server's answer is too large."_s);
+    else
+        body.append(piece);
 }
 
 /// Called when a connection for the request is there.
@@ -283,6 +299,7 @@ size_t Transfer::receiveBody(char *data, size_t size, size_t count, void *self)
 int Transfer::beforeRequest(void *self, char *, char *, int, int localPort)
 {
     auto &transfer = *static_cast<Transfer *>(self);
+    transfer.m_lastMove = Clock::now(); // connecting and waiting have a silence each
     transfer.m_localPort = localPort;
     transfer.m_socket = CURL_SOCKET_BAD;
     const bool again = ++transfer.m_attempts > 1;

@@ -67,6 +67,7 @@ private:
     std::optional<HttpResult> follow(const QUrl &target);
     void readHeaders();
     bool answerIsWaiting();
+    void keep(QByteArrayView piece);
 
     static size_t sendBody(char *to, size_t size, size_t count, void *self);
     static size_t receiveHeader(char *data, size_t size, size_t count, void *self);
@@ -88,7 +89,7 @@ private:
     bool m_headIsComplete = false;
     int m_attempts = 0;
     int m_redirects = 0;
-    bool m_answerTooLarge = false;
+    std::optional<TransportError> m_refused; ///< Why an answer was not taken to its end.
     const Clock::time_point m_started = Clock::now();
     Clock::time_point m_lastMove = m_started;
 };

@@ -13,16 +13,21 @@
 #include <QSslSocket>
 #include <QTemporaryDir>
 #include <QTest>
+#include <QTimer>
 
 using namespace pixpress;
 using namespace pixpress::test;
+using namespace std::chrono_literals;
 using namespace Qt::StringLiterals;
 
-/// An https server on 127.0.0.1 that answers every request alike.
+/// An https server on 127.0.0.1 that answers every request alike, and pauses before it shakes hands
+/// and before it answers.
 class HttpsServer : public QSslServer
 {
 public:
-    HttpsServer(const QString &certificate, const QString &key, const Answer &answer)
+    HttpsServer(const QString &certificate, const QString &key, const Answer &answer,
+                std::chrono::milliseconds pause = {})
+        : m_pause(pause)
     {
         QSslConfiguration configuration = QSslConfiguration::defaultConfiguration();
         QFile keyFile(key);
@@ -36,7 +41,7 @@ public:
             connect(socket, &QTcpSocket::readyRead, this, [this, socket, answer] {
                 received += socket->readAll();
                 if (received.endsWith("\r\n\r\n"))
-                    socket->write(toBytes(answer));
+                    QTimer::singleShot(m_pause, socket, [=] { socket->write(toBytes(answer)); });
             });
         });
         if (!listen(QHostAddress::LocalHost))
@@ -46,6 +51,15 @@ public:
     QUrl url() const { return QUrl(u"https://127.0.0.1:%1/"_s.arg(serverPort())); }
 
     QByteArray received;
+
+protected:
+    void incomingConnection(qintptr socket) override
+    {
+        QTimer::singleShot(m_pause, this, [=, this] { QSslServer::incomingConnection(socket); });
+    }
+
+private:
+    std::chrono::milliseconds m_pause;
 };
 
 class TlsTest : public QObject
@@ -58,6 +72,8 @@ private Q_SLOTS:
     void certificate_decidesWhetherAnythingIsSent();
     void redirectToThisMachineInPlain_dropsCredentials();
     void unreadableTrust_hasItsSentence();
+    void onlyHttp11_isOffered();
+    void connectingAndWaiting_haveASilenceEach();
 
 private:
     void openssl(const QStringList &arguments);
@@ -146,6 +162,32 @@ void TlsTest::unreadableTrust_hasItsSentence()
     HttpClient client({.caBundle = path(u"missing.pem"_s)});
     QCOMPARE(outcome(send(client, get(server.url()))),
              u"The trusted certificates of this computer could not be read."_s);
+}
+
+void TlsTest::onlyHttp11_isOffered()
+{
+    ScriptedServer server;
+    QByteArray hello;
+    server.setRaw([&](QTcpSocket &socket, const QByteArray &received) {
+        hello = received;
+        socket.abort();
+    });
+    QUrl url = server.url();
+    url.setScheme(u"https"_s);
+    HttpClient client({});
+    QVERIFY(!send(client, get(url)));
+    // The client's first message, which is in plain: the extension "application-layer protocol
+    // negotiation", with the length of a list that has one entry.
+    QVERIFY(hello.contains(QByteArray::fromHex("0010000b000908") + "http/1.1"));
+}
+
+void TlsTest::connectingAndWaiting_haveASilenceEach()
+{
+    constexpr auto silence = 1500ms;
+    constexpr auto pause = 1000ms; // two of them are longer
+    const HttpsServer server(path(u"good.pem"_s), path(u"good.key"_s), {}, pause);
+    HttpClient client({.caBundle = path(u"ca.pem"_s), .longestSilence = silence});
+    QCOMPARE(outcome(send(client, get(server.url()))), u"200"_s);
 }
 
 QTEST_GUILESS_MAIN(TlsTest)
