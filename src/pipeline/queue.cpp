@@ -95,6 +95,8 @@ void CompressionQueue::processNext()
     const QUuid id = m_tasks[index].id;
     const CompressionOptions options = m_tasks[index].options;
     setActiveTasks(m_activeTasks + 1);
+    // It runs up to its first wait within this call, and its task is pending no more: if it were
+    // only posted, the next addFiles() of the same turn would start the same task again.
     const QScopedValueRollback starting(m_starting, true);
     processTask(id, options, *apiKey);
 }
@@ -145,7 +147,11 @@ QCoro::Task<> CompressionQueue::processTask(QUuid taskId, CompressionOptions opt
     if (count > 0)
         syncQuota(count);
 
-    // 11.
+    // 11. No picture is empty: over the source it would destroy what may be the only copy.
+    if (outputData.isEmpty()) {
+        const TinifyError error{TinifyError::Case::downloadFailed};
+        co_return endTask(taskId, status::Failed{error.errorDescription()});
+    }
     const auto outputURL = writeOutput(sourceURL, options, outputData);
     if (!outputURL)
         co_return endTask(taskId, status::Failed{outputURL.error()});

@@ -17,7 +17,7 @@ struct TinifyError
     enum class Case {
         apiError, ///< Any other failure status: carries the code and the service's own message.
         invalidResponse,
-        downloadFailed, ///< Never raised by the client; kept for its callers.
+        downloadFailed, ///< Never raised by the client: its callers do, for an empty image.
         quotaExceeded,
         unauthorized,
         fileTooLarge,

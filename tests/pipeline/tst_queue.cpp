@@ -62,6 +62,11 @@ private Q_SLOTS:
     void fetch_carriesOptionsOnlyWhenTheyAsk();
     void failure_isRecordedAndTheNextTaskRuns_data();
     void failure_isRecordedAndTheNextTaskRuns();
+    void lostConnection_isRecordedAndTheNextTaskRuns_data();
+    void lostConnection_isRecordedAndTheNextTaskRuns();
+    void outputThatCannotBeWritten_isRecordedAndTheNextTaskRuns();
+    void emptyOutput_leavesTheSourceAlone_data();
+    void emptyOutput_leavesTheSourceAlone();
     void thousandUnreadableFiles_failWithoutRecursion();
 
     void retry_appliesTheGivenOptions();
@@ -418,6 +423,75 @@ void QueueTest::failure_isRecordedAndTheNextTaskRuns()
     QCOMPARE(m_queue->activeTasks(), 0);
     QCOMPARE(QDir(m_folder->path()).entryList(QDir::Files),
              QStringList({u"1.png"_s, u"2.png"_s, u"3.png"_s}));
+}
+
+void QueueTest::lostConnection_isRecordedAndTheNextTaskRuns_data()
+{
+    QTest::addColumn<int>("answered"); // requests, before connections end without an answer
+    QTest::addColumn<int>("lost");
+    QTest::newRow("in the upload") << 0 << 1;
+    QTest::newRow("in the fetch") << 1 << 2; // which, being a GET, is repeated once
+}
+
+void QueueTest::lostConnection_isRecordedAndTheNextTaskRuns()
+{
+    QFETCH(const int, answered);
+    QFETCH(const int, lost);
+    m_server->hold();
+    add({file(u"1.png"_s), file(u"2.png"_s)});
+    for (int i = 0; i < answered + lost; ++i) {
+        QTRY_COMPARE(m_server->waiting(), 1);
+        if (i < answered)
+            m_server->releaseOne();
+        else
+            m_server->dropOne();
+    }
+    QTRY_COMPARE(statuses(),
+                 QStringList({u"The network connection was lost."_s, u"compressing"_s}));
+    QTRY_COMPARE(m_server->waiting(), 1);
+    m_server->release();
+    QTRY_COMPARE(m_queue->completedCount(), 1);
+    QCOMPARE(m_queue->activeTasks(), 0);
+    QCOMPARE(contentOf(u"1-pixpress.png"_s), "(no such file)");
+    QCOMPARE(contentOf(u"2-pixpress.png"_s), "output");
+}
+
+void QueueTest::outputThatCannotBeWritten_isRecordedAndTheNextTaskRuns()
+{
+    const QString folder = m_folder->filePath(u"out"_s);
+    m_server->hold();
+    add({file(u"1.png"_s)}, {.outputDestination = OutputDestination::customFolder,
+                             .customFolderURL = QUrl::fromLocalFile(folder)});
+    add({file(u"2.png"_s), file(u"3.png"_s)});
+    QTRY_COMPARE(m_server->waiting(), 2);
+    m_server->release();
+    QTRY_COMPARE(m_queue->activeTasks(), 0);
+    QCOMPARE(statuses(), QStringList({u"Could not write \"1.png\": No such file or directory."_s,
+                                      u"completed"_s, u"completed"_s}));
+    QVERIFY(!QFile::exists(folder));
+    QCOMPARE(contentOf(u"3-pixpress.png"_s), "output");
+}
+
+void QueueTest::emptyOutput_leavesTheSourceAlone_data()
+{
+    QTest::addColumn<OutputDestination>("destination");
+    QTest::newRow("overwrite") << OutputDestination::overwrite;
+    QTest::newRow("alongside") << OutputDestination::alongside;
+}
+
+void QueueTest::emptyOutput_leavesTheSourceAlone()
+{
+    QFETCH(const OutputDestination, destination);
+    m_output.clear();
+    m_fetchCount = 7;
+    add({file(u"1.png"_s)}, {.outputDestination = destination});
+    QTRY_COMPARE(statuses(), QStringList(u"Failed to download compressed image"_s));
+    QCOMPARE(contentOf(u"1.png"_s), "source");
+    QCOMPARE(QDir(m_folder->path()).entryList(QDir::Files), QStringList(u"1.png"_s));
+    QCOMPARE(m_tracker->currentCount(), 7);
+    m_output = "output";
+    add({file(u"2.png"_s)});
+    QTRY_COMPARE(m_queue->completedCount(), 1);
 }
 
 void QueueTest::thousandUnreadableFiles_failWithoutRecursion()

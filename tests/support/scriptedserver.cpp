@@ -48,6 +48,11 @@ void ScriptedServer::releaseOne()
     answer(socket, request);
 }
 
+void ScriptedServer::dropOne()
+{
+    m_waiting.first().first->abort(); // which takes it off the list
+}
+
 void ScriptedServer::receive(QTcpSocket *socket)
 {
     Connection &connection = m_connections[socket];

@@ -57,6 +57,8 @@ public:
     void release();
     /// Answers the oldest held request only.
     void releaseOne();
+    /// Ends the connection of the oldest held request without an answer.
+    void dropOne();
 
     /// How many held requests there are.
     qsizetype waiting() const { return m_waiting.size(); }
