@@ -26,7 +26,8 @@ file, as NAME-pixpress.EXT. Nothing leaves this computer unless --remote is give
                         avif (default: '#ffffff')
   --preserve LIST       metadata to keep, any of copyright,creation,location
   --overwrite           replace the files themselves
-  --output FOLDER       write the results into this folder, under the same names
+  --output FOLDER       write the results into this folder, which must exist,
+                        under the same names
   --remote              use the web service, with the key and the monthly quota
                         of the desktop application
   --json                print one JSON object a line

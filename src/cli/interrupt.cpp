@@ -5,10 +5,11 @@
 
 #include <QSocketNotifier>
 
-#include <array>
-#include <csignal>
 #include <sys/socket.h>
 #include <unistd.h>
+
+#include <array>
+#include <csignal>
 
 namespace pixpress::cli {
 
@@ -34,8 +35,12 @@ void onInterrupt(QObject *context, std::function<void()> stop)
     struct sigaction action = {};
     action.sa_handler = tellEventLoop;
     action.sa_flags = SA_RESTART;
-    for (const int signal : {SIGINT, SIGTERM, SIGHUP})
-        sigaction(signal, &action, nullptr);
+    for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
+        struct sigaction inherited = {};
+        sigaction(signal, nullptr, &inherited);
+        if (inherited.sa_handler != SIG_IGN) // as under nohup, or in the background of a script
+            sigaction(signal, &action, nullptr);
+    }
 }
 
 } // namespace pixpress::cli

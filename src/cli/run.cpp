@@ -29,8 +29,9 @@ void Run::start()
 {
     QList<QUrl> urls;
     for (const QString &file : m_arguments.files) {
-        if (isSupported(file))
-            urls.append(QUrl::fromLocalFile(QFileInfo(file).absoluteFilePath()));
+        const QUrl url = QUrl::fromLocalFile(QFileInfo(file).absoluteFilePath());
+        if (isSupported(url.fileName())) // by the same name as the queue's
+            urls.append(url);
         else
             m_report.skipped(file);
     }
