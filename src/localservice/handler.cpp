@@ -93,6 +93,8 @@ bool RequestHandler::handleHead(const httplib::Request &request, httplib::Respon
     if (request.method == "POST")
         return false;
     fetch(request, response);
+    if (hasBody(request))
+        closeEarly(response);
     return true;
 }
 
