@@ -21,6 +21,9 @@ class FormatsTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
+    // Before all others, which use them too.
+    void supportedExtensions_areSafeOnFirstUseByManyThreads();
+
     void formats_haveTheirTextsInPickerOrder();
     void resizeModes_haveTheirTextsInPickerOrder();
     void destinations_haveTheirTextsInPickerOrder();
@@ -36,12 +39,23 @@ private Q_SLOTS:
     void decodingUnknownValue_fails_data();
     void decodingUnknownValue_fails();
     void supportedExtensions_areTheFiveLowerCaseOnes();
-    void supportedExtensions_areSafeOnFirstUseByManyThreads();
     void file_isAcceptedByItsExtension_data();
     void file_isAcceptedByItsExtension();
     void pathExtension_followsTheLastDot_data();
     void pathExtension_followsTheLastDot();
 };
+
+void FormatsTest::supportedExtensions_areSafeOnFirstUseByManyThreads()
+{
+    std::array<const QSet<QString> *, 8> seen{};
+    {
+        std::array<std::jthread, seen.size()> threads;
+        for (size_t i = 0; i < seen.size(); ++i)
+            threads[i] = std::jthread([&seen, i] { seen[i] = &supportedExtensions(); });
+    }
+    for (const QSet<QString> *set : seen)
+        QCOMPARE(set, &supportedExtensions());
+}
 
 void FormatsTest::formats_haveTheirTextsInPickerOrder()
 {
@@ -230,18 +244,6 @@ void FormatsTest::supportedExtensions_areTheFiveLowerCaseOnes()
     QCOMPARE(&supportedExtensions(), &supportedExtensions());
     for (const ImageFormat format : allCases<ImageFormat>())
         QVERIFY(supportedExtensions().contains(fileExtension(format)));
-}
-
-void FormatsTest::supportedExtensions_areSafeOnFirstUseByManyThreads()
-{
-    std::array<const QSet<QString> *, 8> seen{};
-    {
-        std::array<std::jthread, seen.size()> threads;
-        for (size_t i = 0; i < seen.size(); ++i)
-            threads[i] = std::jthread([&seen, i] { seen[i] = &supportedExtensions(); });
-    }
-    for (const QSet<QString> *set : seen)
-        QCOMPARE(set, &supportedExtensions());
 }
 
 void FormatsTest::file_isAcceptedByItsExtension_data()
