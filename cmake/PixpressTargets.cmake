@@ -14,8 +14,9 @@ function(pixpress_configure target)
         QT_NO_NARROWING_CONVERSIONS_IN_CONNECT)
 endfunction()
 
-# A folder of src/ as a static library. Includes are written from src/ ("model/formats.h"); linking
-# alone decides which folders' headers a folder may use, since tools/check-layers reads the links.
+# A folder of src/ as a static library. Includes are written from src/ ("model/formats.h"), so that
+# the compiler finds the headers of every folder: tools/lint-layers has the table of which folder may
+# use which, and reads the includes.
 function(pixpress_library target)
     add_library(${target} STATIC ${ARGN})
     pixpress_configure(${target})
