@@ -3,6 +3,7 @@
 
 #include "cli/report.h"
 
+#include "cli/columns.h"
 #include "model/bytes.h"
 
 #include <QJsonDocument>
@@ -76,7 +77,7 @@ Report::Report(bool json, const QStringList &names)
     : m_json(json), m_isTerminal(isatty(STDOUT_FILENO) == 1), m_out(stdout), m_err(stderr)
 {
     for (const QString &name : names)
-        m_nameWidth = std::max(m_nameWidth, std::min(name.size(), widestName));
+        m_nameWidth = std::max(m_nameWidth, std::min(columnsOf(printable(name)), widestName));
 }
 
 void Report::skipped(const QString &file)
@@ -131,7 +132,7 @@ void Report::progress(const QList<CompressionTask> &tasks, const std::set<qsizet
     const QString text =
         u"%1 of %2  "_s.arg(endedCount).arg(tasks.size()) + activities.join(u", "_s);
     clearProgress();
-    m_out << text.left(terminalWidth() - 1);
+    m_out << cutToColumns(text, terminalWidth() - 1);
     m_out.flush();
     m_progressShown = true;
 }
@@ -180,7 +181,7 @@ void Report::clearProgress()
 
 QString Report::column(const QString &fileName) const
 {
-    return printable(fileName).leftJustified(m_nameWidth);
+    return paddedToColumns(printable(fileName), m_nameWidth);
 }
 
 } // namespace pixpress::cli

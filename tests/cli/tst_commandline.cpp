@@ -3,38 +3,27 @@
 
 #include "pipeline/settings.h"
 
+#include "cli/program.h"
+
 #include <QDir>
-#include <QFile>
+#include <QFileInfo>
 #include <QJsonDocument>
 #include <QJsonObject>
-#include <QProcess>
-#include <QTemporaryDir>
 #include <QTest>
 
 #include <csignal>
 #include <sys/types.h>
 
 using namespace pixpress;
+using namespace pixpress::test;
 using namespace Qt::StringLiterals;
 
-namespace {
-
-struct Outcome
-{
-    int status = -1;
-    QByteArray out;
-    QByteArray err;
-};
-
-} // namespace
-
-/// Runs the real program as a process, in a folder and with a home of the test's own.
 class CommandLineTest : public QObject
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void init();
+    void init() { m_program = std::make_unique<Program>(); }
 
     void help_andVersion_areNoErrors();
     void wrongUsage_saysWhatIsWrong_data();
@@ -44,10 +33,15 @@ private Q_SLOTS:
     void output_goesIntoTheFolder();
     void overwrite_replacesTheFile();
     void options_reachTheService();
+    void preserve_keepsWhatIsNamed_data();
+    void preserve_keepsWhatIsNamed();
+    void names_areLinedUpByColumns();
     void json_isOneObjectALine();
     void failures_areReportedAndFail_data();
     void failures_areReportedAndFail();
     void otherFiles_areSkipped();
+    void otherNames_areSkippedToo_data();
+    void otherNames_areSkippedToo();
     void nothingAccepted_fails();
     void fileNameCannotSteerTheTerminal();
     void withoutLocale_worksWithAnyName();
@@ -55,61 +49,21 @@ private Q_SLOTS:
     void remoteWithoutKey_refusesEachFile();
     void remoteWithUsedUpQuota_refusesEachFile();
     void offline_touchesNoSettings();
+    void ignoredSignal_staysIgnored();
     void interrupt_leavesNoHalfWrittenFile_data();
     void interrupt_leavesNoHalfWrittenFile();
 
 private:
-    Outcome run(const QStringList &arguments, const QStringList &environment = {});
-    void copySample(const QString &sample, const QString &name);
-    QString path(const QString &name) const { return m_folder->filePath(name); }
-    QStringList files() const { return QDir(m_folder->path()).entryList(QDir::Files); }
-    void prepare(QProcess &process, const QStringList &environment) const;
-
-    std::unique_ptr<QTemporaryDir> m_home;
-    std::unique_ptr<QTemporaryDir> m_folder;
+    std::unique_ptr<Program> m_program;
 };
-
-void CommandLineTest::init()
-{
-    m_home = std::make_unique<QTemporaryDir>();
-    m_folder = std::make_unique<QTemporaryDir>();
-}
-
-void CommandLineTest::prepare(QProcess &process, const QStringList &environment) const
-{
-    QProcessEnvironment all = QProcessEnvironment::systemEnvironment();
-    all.insert(u"HOME"_s, m_home->path());
-    all.insert(u"XDG_CONFIG_HOME"_s, m_home->path());
-    for (const QString &entry : environment)
-        all.insert(entry.section(u'=', 0, 0), entry.section(u'=', 1));
-    process.setProcessEnvironment(all);
-    process.setWorkingDirectory(m_folder->path());
-}
-
-Outcome CommandLineTest::run(const QStringList &arguments, const QStringList &environment)
-{
-    QProcess process;
-    prepare(process, environment);
-    process.start(QStringLiteral(PIXPRESS_CLI), arguments);
-    if (!process.waitForFinished(120'000) || process.exitStatus() != QProcess::NormalExit)
-        return {.status = -1, .out = process.readAll(), .err = process.readAllStandardError()};
-    return {.status = process.exitCode(),
-            .out = process.readAllStandardOutput(),
-            .err = process.readAllStandardError()};
-}
-
-void CommandLineTest::copySample(const QString &sample, const QString &name)
-{
-    QVERIFY(QFile::copy(QStringLiteral(PIXPRESS_SAMPLES "/") + sample, path(name)));
-}
 
 void CommandLineTest::help_andVersion_areNoErrors()
 {
-    const Outcome help = run({u"--help"_s});
+    const Outcome help = m_program->run({u"--help"_s});
     QCOMPARE(help.status, 0);
     QVERIFY(help.out.startsWith("Usage: pixpress-cli [OPTION]... FILE...\n"));
     QCOMPARE(help.err, "");
-    const Outcome version = run({u"--version"_s});
+    const Outcome version = m_program->run({u"--version"_s});
     QCOMPARE(version.status, 0);
     QCOMPARE(version.out, "pixpress-cli " PIXPRESS_VERSION "\n");
 }
@@ -151,7 +105,7 @@ void CommandLineTest::wrongUsage_saysWhatIsWrong()
 {
     QFETCH(const QString, arguments);
     QFETCH(const QByteArray, fault);
-    const Outcome outcome = run(arguments.split(u' ', Qt::SkipEmptyParts));
+    const Outcome outcome = m_program->run(arguments.split(u' ', Qt::SkipEmptyParts));
     QCOMPARE(outcome.status, 2);
     QCOMPARE(outcome.out, "");
     QCOMPARE(outcome.err, "pixpress-cli: " + fault + "\nTry 'pixpress-cli --help'.\n");
@@ -163,15 +117,15 @@ void CommandLineTest::samples_becomeSmallerBesideThemselves()
                                   .entryList({u"*.png"_s, u"*.jp*g"_s, u"*.webp"_s, u"*.avif"_s});
     QVERIFY(names.size() >= 4);
     for (const QString &name : names)
-        copySample(name, name);
-    const Outcome outcome = run(names);
+        m_program->copySample(name, name);
+    const Outcome outcome = m_program->run(names);
     QVERIFY2(outcome.status == 0, outcome.out + outcome.err);
     QCOMPARE(outcome.err, "");
-    QCOMPARE(files().size(), 2 * names.size());
+    QCOMPARE(m_program->files().size(), 2 * names.size());
     for (const QString &name : names) {
-        const QFileInfo original(path(name));
+        const QFileInfo original(m_program->path(name));
         const QFileInfo result(
-            path(original.completeBaseName() + u"-pixpress."_s + original.suffix()));
+            m_program->path(original.completeBaseName() + u"-pixpress."_s + original.suffix()));
         QVERIFY2(result.exists() && result.size() > 0, qPrintable(name));
         QVERIFY2(result.size() < original.size(), qPrintable(name));
         QVERIFY(outcome.out.contains(name.toUtf8()));
@@ -182,31 +136,31 @@ void CommandLineTest::samples_becomeSmallerBesideThemselves()
 
 void CommandLineTest::output_goesIntoTheFolder()
 {
-    copySample(u"island map.png"_s, u"a #1%.png"_s);
-    QVERIFY(QDir(m_folder->path()).mkdir(u"out"_s));
-    const Outcome outcome = run({u"--output"_s, u"out"_s, u"a #1%.png"_s});
+    m_program->copySample(u"island map.png"_s, u"a #1%.png"_s);
+    QVERIFY(QDir().mkdir(m_program->path(u"out"_s)));
+    const Outcome outcome = m_program->run({u"--output"_s, u"out"_s, u"a #1%.png"_s});
     QVERIFY2(outcome.status == 0, outcome.out + outcome.err);
-    QVERIFY(QFile::exists(path(u"out/a #1%.png"_s)));
-    QCOMPARE(files(), QStringList(u"a #1%.png"_s));
+    QVERIFY(QFile::exists(m_program->path(u"out/a #1%.png"_s)));
+    QCOMPARE(m_program->files(), QStringList(u"a #1%.png"_s));
 }
 
 void CommandLineTest::overwrite_replacesTheFile()
 {
-    copySample(u"island map.png"_s, u"a.png"_s);
-    const qint64 before = QFileInfo(path(u"a.png"_s)).size();
-    QCOMPARE(run({u"--overwrite"_s, u"a.png"_s}).status, 0);
-    QVERIFY(QFileInfo(path(u"a.png"_s)).size() < before);
-    QCOMPARE(files(), QStringList(u"a.png"_s));
+    m_program->copySample(u"island map.png"_s, u"a.png"_s);
+    const qint64 before = QFileInfo(m_program->path(u"a.png"_s)).size();
+    QCOMPARE(m_program->run({u"--overwrite"_s, u"a.png"_s}).status, 0);
+    QVERIFY(QFileInfo(m_program->path(u"a.png"_s)).size() < before);
+    QCOMPARE(m_program->files(), QStringList(u"a.png"_s));
 }
 
 void CommandLineTest::options_reachTheService()
 {
-    copySample(u"paper balloon.png"_s, u"a.png"_s);
+    m_program->copySample(u"paper balloon.png"_s, u"a.png"_s);
     const Outcome outcome =
-        run({u"--resize"_s, u"cover"_s, u"--width"_s, u"40"_s, u"--height"_s, u"30"_s,
-             u"--convert"_s, u"jpeg"_s, u"--background"_s, u"#FF0000"_s, u"a.png"_s});
+        m_program->run({u"--resize"_s, u"cover"_s, u"--width"_s, u"40"_s, u"--height"_s, u"30"_s,
+                        u"--convert"_s, u"jpeg"_s, u"--background"_s, u"#FF0000"_s, u"a.png"_s});
     QVERIFY2(outcome.status == 0, outcome.out + outcome.err);
-    QFile file(path(u"a-pixpress.jpg"_s));
+    QFile file(m_program->path(u"a-pixpress.jpg"_s));
     QVERIFY(file.open(QIODevice::ReadOnly));
     const QByteArray jpeg = file.readAll();
     QVERIFY(jpeg.startsWith("\xff\xd8\xff"));
@@ -214,10 +168,46 @@ void CommandLineTest::options_reachTheService()
     QVERIFY(jpeg.contains(QByteArray::fromHex("ffc2001108001e0028")));
 }
 
+void CommandLineTest::preserve_keepsWhatIsNamed_data()
+{
+    QTest::addColumn<QStringList>("arguments");
+    QTest::addColumn<QByteArrayList>("kept"); // of what the sample's metadata say
+    const auto row = [](const char *list, const QByteArrayList &kept) {
+        QTest::newRow(list) << QStringList{u"--preserve"_s, QString::fromLatin1(list)} << kept;
+    };
+    QTest::newRow("nothing") << QStringList() << QByteArrayList();
+    row("copyright", {"CC0 1.0"});
+    row("creation", {"2026:03:20"});
+    row("location", {"WGS-84"});
+    row("location,copyright", {"CC0 1.0", "WGS-84"});
+}
+
+void CommandLineTest::preserve_keepsWhatIsNamed()
+{
+    QFETCH(const QStringList, arguments);
+    QFETCH(const QByteArrayList, kept);
+    m_program->copySample(u"lighthouse.jpeg"_s, u"a.jpeg"_s);
+    const Outcome outcome = m_program->run(arguments + QStringList(u"a.jpeg"_s));
+    QVERIFY2(outcome.status == 0, outcome.out + outcome.err);
+    const QByteArray before = m_program->content(u"a.jpeg"_s);
+    const QByteArray after = m_program->content(u"a-pixpress.jpeg"_s);
+    for (const QByteArray text : {"CC0 1.0", "2026:03:20", "WGS-84"}) {
+        QVERIFY2(before.contains(text), text);
+        QVERIFY2(after.contains(text) == kept.contains(text), text);
+    }
+}
+
+void CommandLineTest::names_areLinedUpByColumns()
+{
+    const Outcome outcome = m_program->run({u"写真.png"_s, u"a.png"_s});
+    QVERIFY2(outcome.out.contains("写真.png  Failed: "), outcome.out);
+    QVERIFY2(outcome.out.contains("a.png     Failed: "), outcome.out);
+}
+
 void CommandLineTest::json_isOneObjectALine()
 {
-    copySample(u"island map.png"_s, u"a.png"_s);
-    const Outcome outcome = run({u"--json"_s, u"a.png"_s, u"notes.txt"_s, u"no.png"_s});
+    m_program->copySample(u"island map.png"_s, u"a.png"_s);
+    const Outcome outcome = m_program->run({u"--json"_s, u"a.png"_s, u"notes.txt"_s, u"no.png"_s});
     QCOMPARE(outcome.status, 1);
     QCOMPARE(outcome.err, "");
     QHash<QString, QJsonObject> byStatus;
@@ -227,11 +217,12 @@ void CommandLineTest::json_isOneObjectALine()
     }
     QCOMPARE(byStatus.size(), 3);
     const QJsonObject completed = byStatus.value(u"completed"_s);
-    QCOMPARE(completed.value(u"file"_s), path(u"a.png"_s));
-    QCOMPARE(completed.value(u"output"_s), path(u"a-pixpress.png"_s));
-    QCOMPARE(completed.value(u"originalSize"_s).toInteger(), QFileInfo(path(u"a.png"_s)).size());
+    QCOMPARE(completed.value(u"file"_s), m_program->path(u"a.png"_s));
+    QCOMPARE(completed.value(u"output"_s), m_program->path(u"a-pixpress.png"_s));
+    QCOMPARE(completed.value(u"originalSize"_s).toInteger(),
+             QFileInfo(m_program->path(u"a.png"_s)).size());
     QCOMPARE(completed.value(u"compressedSize"_s).toInteger(),
-             QFileInfo(path(u"a-pixpress.png"_s)).size());
+             QFileInfo(m_program->path(u"a-pixpress.png"_s)).size());
     QCOMPARE(byStatus.value(u"failed"_s).value(u"error"_s),
              u"Could not read \"no.png\": No such file or directory."_s);
     QCOMPARE(byStatus.value(u"skipped"_s).value(u"file"_s), u"notes.txt"_s);
@@ -251,38 +242,58 @@ void CommandLineTest::failures_areReportedAndFail()
 {
     QFETCH(const QByteArray, content);
     QFETCH(const QByteArray, error);
-    QFile file(path(u"bad.png"_s));
+    QFile file(m_program->path(u"bad.png"_s));
     QVERIFY(file.open(QIODevice::WriteOnly));
     file.write(content);
     file.close();
-    copySample(u"island map.png"_s, u"good.png"_s);
-    const Outcome outcome = run({u"bad.png"_s, u"good.png"_s});
+    m_program->copySample(u"island map.png"_s, u"good.png"_s);
+    const Outcome outcome = m_program->run({u"bad.png"_s, u"good.png"_s});
     QCOMPARE(outcome.status, 1);
     QVERIFY2(outcome.out.contains("bad.png   Failed: " + error), outcome.out);
     QVERIFY2(outcome.out.contains("1 file compressed"), outcome.out);
     QVERIFY2(outcome.out.endsWith("1 file failed.\n"), outcome.out);
-    QVERIFY(QFile::exists(path(u"good-pixpress.png"_s)));
-    QVERIFY(!QFile::exists(path(u"bad-pixpress.png"_s)));
+    QVERIFY(QFile::exists(m_program->path(u"good-pixpress.png"_s)));
+    QVERIFY(!QFile::exists(m_program->path(u"bad-pixpress.png"_s)));
 }
 
 void CommandLineTest::otherFiles_areSkipped()
 {
-    copySample(u"island map.png"_s, u"a.png"_s);
-    const Outcome outcome = run({u"a.png"_s, u"notes.txt"_s});
+    m_program->copySample(u"island map.png"_s, u"a.png"_s);
+    const Outcome outcome = m_program->run({u"a.png"_s, u"notes.txt"_s});
     QCOMPARE(outcome.status, 0);
     QCOMPARE(outcome.err, "notes.txt  Skipped: Not a PNG, JPEG, WebP or AVIF file\n");
 }
 
+void CommandLineTest::otherNames_areSkippedToo_data()
+{
+    QTest::addColumn<QString>("argument");
+    QTest::addColumn<QByteArray>("shown");
+    QTest::newRow("hidden, without extension") << u".png"_s << QByteArray(".png");
+    QTest::newRow("the same in a folder") << u"sub/.png"_s << QByteArray("sub/.png");
+    QTest::newRow("in a folder with an extension") << u"a.png/b"_s << QByteArray("a.png/b");
+    QTest::newRow("the folder") << u"a.png/"_s << QByteArray("a.png/");
+}
+
+void CommandLineTest::otherNames_areSkippedToo()
+{
+    QFETCH(const QString, argument);
+    QFETCH(const QByteArray, shown);
+    const Outcome outcome = m_program->run({argument});
+    QCOMPARE(outcome.status, 1);
+    QCOMPARE(outcome.err, shown + "  Skipped: Not a PNG, JPEG, WebP or AVIF file\n");
+    QCOMPARE(outcome.out, "Nothing to compress.\n");
+}
+
 void CommandLineTest::nothingAccepted_fails()
 {
-    const Outcome outcome = run({u"notes.txt"_s});
+    const Outcome outcome = m_program->run({u"notes.txt"_s});
     QCOMPARE(outcome.status, 1);
     QCOMPARE(outcome.out, "Nothing to compress.\n");
 }
 
 void CommandLineTest::fileNameCannotSteerTheTerminal()
 {
-    const Outcome outcome = run({u"\033]0;owned\007.png"_s});
+    const Outcome outcome = m_program->run({u"\033]0;owned\007.png"_s});
     QCOMPARE(outcome.status, 1);
     QVERIFY(!outcome.out.contains('\033'));
     QVERIFY(outcome.out.contains("?]0;owned?.png"));
@@ -290,28 +301,28 @@ void CommandLineTest::fileNameCannotSteerTheTerminal()
 
 void CommandLineTest::withoutLocale_worksWithAnyName()
 {
-    copySample(u"island map.png"_s, u"карта.png"_s);
-    const Outcome outcome = run({u"карта.png"_s}, {u"LC_ALL=C"_s, u"LANG="_s});
+    m_program->copySample(u"island map.png"_s, u"карта.png"_s);
+    const Outcome outcome = m_program->run({u"карта.png"_s}, {u"LC_ALL=C"_s, u"LANG="_s});
     QVERIFY2(outcome.status == 0, outcome.out + outcome.err);
     QCOMPARE(outcome.err, "");
-    QVERIFY(QFile::exists(path(u"карта-pixpress.png"_s)));
+    QVERIFY(QFile::exists(m_program->path(u"карта-pixpress.png"_s)));
 }
 
 void CommandLineTest::remoteWithoutKey_refusesEachFile()
 {
-    copySample(u"island map.png"_s, u"a.png"_s);
+    m_program->copySample(u"island map.png"_s, u"a.png"_s);
     const Outcome outcome =
-        run({u"--remote"_s, u"a.png"_s, u"a.png"_s, u"a.png"_s, u"a.png"_s, u"a.png"_s});
+        m_program->run({u"--remote"_s, u"a.png"_s, u"a.png"_s, u"a.png"_s, u"a.png"_s, u"a.png"_s});
     QCOMPARE(outcome.status, 1);
     QCOMPARE(outcome.out.count("a.png  Failed: No API key configured\n"), 5);
     QVERIFY(outcome.out.endsWith("5 files failed.\n"));
-    QCOMPARE(files(), QStringList(u"a.png"_s));
+    QCOMPARE(m_program->files(), QStringList(u"a.png"_s));
 }
 
 void CommandLineTest::remoteWithUsedUpQuota_refusesEachFile()
 {
     // The settings have a format of their own, which looks where the INI format does.
-    QSettings::setPath(QSettings::IniFormat, QSettings::UserScope, m_home->path());
+    QSettings::setPath(QSettings::IniFormat, QSettings::UserScope, m_program->home());
     {
         UserSettings settings; // those of the desktop application
         KeychainHelper::saveAPIKey(settings, u"key"_s);
@@ -319,18 +330,38 @@ void CommandLineTest::remoteWithUsedUpQuota_refusesEachFile()
                           QDateTime::currentDateTime().toString(u"yyyy-MM"_s));
         settings.setValue(u"pixpress_quota_count"_s, 500);
     }
-    copySample(u"island map.png"_s, u"a.png"_s);
-    const Outcome outcome = run({u"--remote"_s, u"a.png"_s, u"a.png"_s});
+    m_program->copySample(u"island map.png"_s, u"a.png"_s);
+    const Outcome outcome = m_program->run({u"--remote"_s, u"a.png"_s, u"a.png"_s});
     QCOMPARE(outcome.status, 1);
     QCOMPARE(outcome.out.count("a.png  Failed: Monthly quota exhausted\n"), 2);
 }
 
 void CommandLineTest::offline_touchesNoSettings()
 {
-    copySample(u"island map.png"_s, u"a.png"_s);
-    QCOMPARE(run({u"a.png"_s}).status, 0);
-    QCOMPARE(QDir(m_home->path()).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot),
-             QStringList());
+    m_program->copySample(u"island map.png"_s, u"a.png"_s);
+    QCOMPARE(m_program->run({u"a.png"_s}).status, 0);
+    QCOMPARE(
+        QDir(m_program->home()).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot),
+        QStringList());
+}
+
+void CommandLineTest::ignoredSignal_staysIgnored()
+{
+    QStringList arguments{u"-c"_s, u"trap '' HUP; exec \"$@\""_s, u"sh"_s, Program::file(),
+                          u"--json"_s};
+    for (int i = 0; i < 8; ++i) {
+        arguments.append(u"%1.png"_s.arg(i));
+        m_program->copySample(u"island map.png"_s, arguments.last());
+    }
+    QProcess process;
+    m_program->prepare(process);
+    process.start(u"sh"_s, arguments); // like nohup
+    QVERIFY(process.waitForReadyRead(60'000));
+    ::kill(static_cast<pid_t>(process.processId()), SIGHUP);
+    QVERIFY(process.waitForFinished(120'000));
+    QCOMPARE(process.exitStatus(), QProcess::NormalExit);
+    QCOMPARE(process.exitCode(), 0);
+    QCOMPARE(m_program->files().size(), 16);
 }
 
 void CommandLineTest::interrupt_leavesNoHalfWrittenFile_data()
@@ -347,12 +378,12 @@ void CommandLineTest::interrupt_leavesNoHalfWrittenFile()
     QStringList arguments{u"--overwrite"_s, u"--json"_s};
     for (int i = 0; i < 40; ++i) {
         const QString name = u"%1.png"_s.arg(i);
-        copySample(u"island map.png"_s, name);
+        m_program->copySample(u"island map.png"_s, name);
         arguments.append(name);
     }
     QProcess process;
-    prepare(process, {});
-    process.start(QStringLiteral(PIXPRESS_CLI), arguments);
+    m_program->prepare(process);
+    process.start(Program::file(), arguments);
     QVERIFY(process.waitForReadyRead(60'000)); // the first file is done, the others are not
     ::kill(static_cast<pid_t>(process.processId()), signal);
     QVERIFY(process.waitForFinished());
@@ -364,8 +395,8 @@ void CommandLineTest::interrupt_leavesNoHalfWrittenFile()
     QVERIFY(sample.open(QIODevice::ReadOnly));
     const QByteArray original = sample.readAll();
     int untouched = 0;
-    for (const QString &name : files()) {
-        QFile file(path(name));
+    for (const QString &name : m_program->files()) {
+        QFile file(m_program->path(name));
         QVERIFY(file.open(QIODevice::ReadOnly));
         const QByteArray content = file.readAll();
         if (content == original)

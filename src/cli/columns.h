@@ -1,0 +1,48 @@
+// SPDX-FileCopyrightText: 2026 The Pixpress authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#pragma once
+
+#include <QList>
+#include <QString>
+
+#include <algorithm>
+#include <cwchar>
+
+/// Texts measured as a terminal shows them: most characters of East Asian scripts take two columns,
+/// combining ones none.
+namespace pixpress::cli {
+
+inline qsizetype columnsOf(char32_t character)
+{
+    return std::max(0, ::wcwidth(static_cast<wchar_t>(character)));
+}
+
+inline qsizetype columnsOf(const QString &text)
+{
+    qsizetype columns = 0;
+    for (const char32_t character : text.toUcs4())
+        columns += columnsOf(character);
+    return columns;
+}
+
+/// The longest beginning that takes no more columns.
+inline QString cutToColumns(const QString &text, qsizetype columns)
+{
+    const QList<uint> characters = text.toUcs4();
+    const auto end = std::ranges::find_if(characters, [&](char32_t character) {
+        columns -= columnsOf(character);
+        return columns < 0;
+    });
+    static_assert(sizeof(uint) == sizeof(char32_t));
+    return QString::fromUcs4(reinterpret_cast<const char32_t *>(characters.constData()),
+                             end - characters.begin());
+}
+
+/// Filled up with blanks to so many columns.
+inline QString paddedToColumns(const QString &text, qsizetype columns)
+{
+    return text + QString(std::max<qsizetype>(0, columns - columnsOf(text)), u' ');
+}
+
+} // namespace pixpress::cli
