@@ -11,7 +11,7 @@ cd "$(dirname "${BASH_SOURCE[0]}")/.."
 build_packages=(
     g++ cmake ninja-build pkg-config ccache
     qt6-base-dev qcoro-qt6-dev libcurl4-openssl-dev libvips-dev libcpp-httplib-dev
-    libexif-dev libpng-dev libjpeg-dev libwebp-dev libimagequant-dev
+    libexif-dev libheif-dev libpng-dev libjpeg-dev libwebp-dev libimagequant-dev zlib1g-dev
     qt6-declarative-dev qt6-svg-dev libgl-dev
     qml6-module-qtquick qml6-module-qtquick-window qml6-module-qtquick-layouts
     qml6-module-qtquick-templates qml6-module-qtquick-controls qml6-module-qtquick-dialogs
@@ -29,17 +29,63 @@ bench_packages=(
     converseen xvfb openbox dbus libgl1-mesa-dri libxcb1-dev
 )
 
-# Installs Debian packages that are missing. Elsewhere it says what is needed and ends.
+# What build_packages, test_packages and bench_packages bring, for other systems.
+tell_needs() {
+    cat >&2 <<'END'
+This is not Debian or Ubuntu, so nothing is installed. To build, install
+  a compiler for C++23 (GCC 12, Clang 19 or later), CMake 3.25, Ninja, ccache, pkg-config;
+  Qt 6.4 (Core, Gui, Network, Qml, Quick, Quick Controls, Quick Dialogs, Svg, Test; on Linux DBus
+  and the Wayland plugin too) with the headers of OpenGL, and QCoro 0.8 for Qt 6;
+  libcurl 7.84, cpp-httplib 0.11;
+  libvips 8.14 with its C++ binding, able to read and write PNG, JPEG, WebP and AVIF;
+  libexif, libheif, libjpeg, libpng 1.6.32, libwebp with libwebpmux, libimagequant 2.17, zlib;
+  and for the window the fonts Inter, JetBrains Mono and Noto Color Emoji.
+For ./test also
+  clang-format 19, clang-tidy 19, the sanitizers' libraries of the compiler, OpenSSL's command;
+  Qt Quick Test, qmllint; and for the tests of the desktop, on Linux,
+  Xvfb, xauth, openbox, xdotool, dbus-daemon, Mesa's software renderer, libxcb.
+For ./bench also
+  pngquant, jpegoptim, cwebp, avifenc, butteraugli_main (libjxl), converseen,
+  Xvfb, openbox, dbus-daemon, Mesa's software renderer, libxcb.
+END
+}
+
+# What stands for these packages and is missing, as far as it can be asked for; CMake looks for Qt,
+# QCoro and libcurl.
+missing_elsewhere() {
+    local need commands=(c++ cmake ninja ccache pkg-config)
+    if [[ " $* " == *" ${test_packages[*]}"* ]]; then
+        commands+=(clang-format-19 openssl)
+        [[ $OSTYPE != linux* ]] || commands+=(Xvfb openbox xdotool dbus-daemon)
+    fi
+    if [[ " $* " == *" ${bench_packages[*]}"* ]]; then
+        commands+=(pngquant jpegoptim cwebp avifenc butteraugli_main
+            converseen Xvfb openbox dbus-daemon)
+    fi
+    for need in "${commands[@]}"; do
+        command -v "$need" >/dev/null || printf '%s\n' "$need"
+    done
+    command -v pkg-config >/dev/null || return 0
+    for need in 'vips-cpp >= 8.14' 'cpp-httplib >= 0.11' libexif libheif libjpeg 'libpng >= 1.6.32' \
+        libwebp libwebpmux 'imagequant >= 2.17' zlib; do
+        pkg-config --exists "$need" || printf '%s\n' "$need"
+    done
+}
+
+is_debian() {
+    command -v apt-get >/dev/null && command -v dpkg-query >/dev/null
+}
+
+# Installs Debian packages that are missing. Elsewhere it says what is needed, and ends when
+# something is missing.
 install_missing() {
-    if ! command -v apt-get >/dev/null || ! command -v dpkg-query >/dev/null; then
-        # Without Debian's package manager there is no saying what is here: CMake will tell.
-        if [[ ! -e build/.told ]]; then
-            printf 'This is not Debian or Ubuntu, so nothing is installed. Needed are:\n' >&2
-            printf '  a compiler for C++23 (GCC 12 or Clang 19 and later), CMake 3.25, Ninja, ccache, pkg-config,\n' >&2
-            printf '  Qt 6.4 (Core, Gui, Network, Qml, Quick, Quick Controls, Quick Dialogs, Svg, DBus, Test), QCoro 0.8 for Qt 6, libcurl 7.84, libvips 8.14, cpp-httplib 0.11\n' >&2
-            mkdir -p build && touch build/.told
-        fi
-        return
+    if ! is_debian; then
+        local lacking
+        lacking=$(missing_elsewhere "$@")
+        [[ $lacking ]] || return 0
+        tell_needs
+        printf 'Missing are: %s\n' "${lacking//$'\n'/, }" >&2
+        exit 1
     fi
     local missing=() package
     for package in "$@"; do
@@ -64,6 +110,9 @@ install_missing() {
 build_preset() {
     local preset=$1
     shift
-    [[ -e build/$preset/build.ninja ]] || cmake --preset "$preset" >&2
+    if [[ ! -e build/$preset/build.ninja ]] && ! cmake --preset "$preset" >&2; then
+        is_debian || tell_needs
+        exit 1
+    fi
     cmake --build --preset "$preset" ${1:+--target "$@"} >&2
 }
