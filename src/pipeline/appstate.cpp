@@ -48,7 +48,7 @@ void AppState::openFilePicker()
     // Only PNG and JPEG are offered, and the other formats reached by the panel's choice of all
     // files: so the panel opens on what nearly everybody looks for.
     QList<QUrl> urls =
-        m_openPanel({.message = u"Select images to compress (PNG, JPEG, WebP, AVIF)"_s,
+        m_openPanel({.message = tr("Select images to compress (PNG, JPEG, WebP, AVIF)"),
                      .contentTypes = {rawValue(ImageFormat::png), rawValue(ImageFormat::jpeg)},
                      .allowsOtherFileTypes = true,
                      .canChooseFiles = true,

@@ -100,7 +100,7 @@ Item {
             controlHeight: Theme.largeControl
             labelPadding: 8
             Layout.alignment: Qt.AlignHCenter
-            onClicked: root.app.appState.openFilePicker()
+            onClicked: root.app.openFilePicker()
         }
     }
 }

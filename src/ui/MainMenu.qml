@@ -21,12 +21,13 @@ T.MenuBar {
         implicitHeight: 24
         font: Theme.body
         Accessible.role: Accessible.MenuItem
-        Accessible.name: text
+        Accessible.name: label.text
+        Accessible.onPressAction: item.clicked()
 
         contentItem: Text {
             id: label
 
-            text: item.text
+            text: item.text.replace("&", "") // which marks the letter that opens it with Alt
             font: item.font
             color: Theme.primary
             horizontalAlignment: Text.AlignHCenter
@@ -51,11 +52,12 @@ T.MenuBar {
     }
 
     ContextMenu {
-        title: "Pixpress"
+        title: "&Pixpress"
 
         T.Action {
             text: qsTr("Settings…")
             shortcut: "Ctrl+,"
+            enabled: !root.app.isPanelOpen
             onTriggered: root.app.appState.showSettings = true
         }
         T.Action {
@@ -65,13 +67,13 @@ T.MenuBar {
         }
     }
     ContextMenu {
-        title: qsTr("File")
+        title: qsTr("&File")
 
         T.Action {
             text: qsTr("Add Files…")
             shortcut: "Ctrl+O"
-            enabled: root.app.appState.isAPIKeyConfigured
-            onTriggered: root.app.appState.openFilePicker()
+            enabled: root.app.appState.isAPIKeyConfigured && !root.app.appState.showSettings && !root.app.isPanelOpen
+            onTriggered: root.app.openFilePicker()
         }
     }
 }

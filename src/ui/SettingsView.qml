@@ -14,6 +14,7 @@ Sheet {
     required property PixpressApp app
     property alias tab: tabs.currentIndex
 
+    title: qsTr("Settings")
     width: 480
     height: 380
 
@@ -30,7 +31,7 @@ Sheet {
             Layout.margins: Theme.padding
 
             Text {
-                text: qsTr("Settings")
+                text: root.title
                 font: Theme.title2
                 color: Theme.primary
                 textFormat: Text.PlainText

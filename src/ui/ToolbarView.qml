@@ -42,7 +42,7 @@ Rectangle {
             text: qsTr("Add Files")
             symbol: "plus"
             help: qsTr("Add images to compress")
-            onClicked: root.app.appState.openFilePicker()
+            onClicked: root.app.openFilePicker()
         }
         ToolbarButton {
             objectName: "clearDone"

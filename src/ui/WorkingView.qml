@@ -14,7 +14,7 @@ Item {
     id: root
 
     required property PixpressApp app
-    readonly property bool isDropTargeted: dropArea.containsDrag
+    readonly property bool isDropTargeted: dropArea.containsDrag && !app.isPanelOpen
 
     ColumnLayout {
         anchors.fill: parent
@@ -120,19 +120,53 @@ Item {
         onPositionChanged: drag => drag.accept(Qt.CopyAction) // each move proposes anew
         onDropped: drop => {
             const urls = drop.urls; // read before anything else goes on
+            drop.accepted = root.app.acceptsDrag(urls);
+            if (!drop.accepted)
+                return;
             drop.accept(Qt.CopyAction);
             root.app.handleDrop(urls);
         }
     }
 
     Loader {
+        id: settings
+
         anchors.fill: parent
-        active: root.app.appState.showSettings
+        active: false
         sourceComponent: Item {
+            property bool isClosing: false
+
+            function close() {
+                if (!isClosing)
+                    sheet.close();
+            }
+
             SettingsView {
+                id: sheet
+
                 app: root.app
                 visible: true
-                onClosed: root.app.appState.showSettings = false
+                // At once, so that asking for the settings while the sheet fades counts again.
+                onAboutToHide: {
+                    parent.isClosing = true;
+                    root.app.appState.showSettings = false;
+                }
+                onClosed: {
+                    settings.active = false;
+                    settings.active = root.app.appState.showSettings;
+                }
+            }
+        }
+        Component.onCompleted: active = root.app.appState.showSettings
+
+        Connections {
+            target: root.app.appState
+
+            function onShowSettingsChanged() {
+                if (root.app.appState.showSettings)
+                    settings.active = true;
+                else
+                    settings.item.close();
             }
         }
     }

@@ -49,9 +49,6 @@ int &prepared(int &argc)
     // memory that a graphics driver takes. QT_QUICK_BACKEND chooses otherwise.
     if (!qEnvironmentVariableIsSet("QT_QUICK_BACKEND"))
         QQuickWindow::setSceneGraphBackend(u"software"_s);
-    // Of the toolkit's own controls only its dialogs are seen.
-    if (!qEnvironmentVariableIsSet("QT_QUICK_CONTROLS_STYLE"))
-        qputenv("QT_QUICK_CONTROLS_STYLE", "Fusion");
     return argc;
 }
 
@@ -71,7 +68,7 @@ int Application::run(SettingsStore &settings, const ServiceConfig &service)
     QQmlApplicationEngine engine;
     if (!app.show(engine))
         return EXIT_FAILURE;
-    app.handleDrop(filesToOpen());
+    app.openFiles(filesToOpen());
     return exec();
 }
 

@@ -4,7 +4,9 @@
 #include "ui/panels.h"
 
 #include <QCoreApplication>
+#include <QDir>
 #include <QEventLoop>
+#include <QFileInfo>
 #include <QMimeDatabase>
 #include <QQmlComponent>
 #include <QQmlEngine>
@@ -19,7 +21,8 @@ namespace pixpress {
 
 namespace {
 
-/// "PNG image, JPEG image (*.png *.jpg ...)"
+/// "PNG image, JPEG image (*.png *.PNG *.jpg ...)": a dialog may tell upper case from lower, and
+/// cameras write it.
 QString nameFilter(const QStringList &contentTypes)
 {
     QStringList names;
@@ -27,15 +30,17 @@ QString nameFilter(const QStringList &contentTypes)
     for (const QString &contentType : contentTypes) {
         const QMimeType type = QMimeDatabase().mimeTypeForName(contentType);
         names.append(type.comment());
-        patterns.append(type.globPatterns());
+        for (const QString &pattern : type.globPatterns())
+            patterns.append({pattern, pattern.toUpper()});
     }
     return u"%1 (%2)"_s.arg(names.join(u", "_s), patterns.join(u' '));
 }
 
+/// A new account may not have a folder for pictures yet.
 QUrl picturesFolder()
 {
-    return QUrl::fromLocalFile(
-        QStandardPaths::standardLocations(QStandardPaths::PicturesLocation).constFirst());
+    const QString folder = QStandardPaths::writableLocation(QStandardPaths::PicturesLocation);
+    return QUrl::fromLocalFile(QFileInfo(folder).isDir() ? folder : QDir::homePath());
 }
 
 } // namespace

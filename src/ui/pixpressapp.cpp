@@ -12,21 +12,6 @@ using namespace Qt::StringLiterals;
 
 namespace pixpress {
 
-namespace {
-
-OpenPanel filePanel(Panels &panels, OpenPanel own)
-{
-    return own ? std::move(own)
-               : [&panels](const OpenPanelRequest &request) { return panels.pickFiles(request); };
-}
-
-OptionsEditor::FolderChooser folderPanel(Panels &panels, OptionsEditor::FolderChooser own)
-{
-    return own ? std::move(own) : [&panels] { return panels.pickFolder(); };
-}
-
-} // namespace
-
 PixpressApp::PixpressApp(SettingsStore &settings, const ServiceConfig &service)
     : PixpressApp(settings, service, Seams())
 {
@@ -36,10 +21,9 @@ PixpressApp::PixpressApp(SettingsStore &settings, const ServiceConfig &service, 
     : m_settings(settings),
       m_reveal(std::move(seams.reveal)),
       m_service(service),
-      m_appState(settings, service, filePanel(m_panels, std::move(seams.openPanel)),
-                 std::move(seams.clock)),
+      m_appState(settings, service, filePanel(std::move(seams.openPanel)), std::move(seams.clock)),
       m_tasks(*m_appState.compressionQueue()),
-      m_options(m_appState, folderPanel(m_panels, std::move(seams.folderChooser)))
+      m_options(m_appState, folderPanel(std::move(seams.folderChooser)))
 {
 }
 
@@ -65,9 +49,57 @@ bool PixpressApp::show(QQmlApplicationEngine &engine)
     return true;
 }
 
+template <typename Panel>
+auto PixpressApp::pickAlone(const Panel &panel) -> decltype(panel())
+{
+    if (m_isPanelOpen)
+        return {};
+    setPanelOpen(true);
+    auto picked = panel();
+    setPanelOpen(false);
+    return picked;
+}
+
+void PixpressApp::setPanelOpen(bool open)
+{
+    m_isPanelOpen = open;
+    Q_EMIT isPanelOpenChanged();
+}
+
+OpenPanel PixpressApp::filePanel(OpenPanel own)
+{
+    if (!own)
+        own = [this](const OpenPanelRequest &request) { return m_panels.pickFiles(request); };
+    return [this, own = std::move(own)](const OpenPanelRequest &request) {
+        return pickAlone([&] { return own(request); });
+    };
+}
+
+OptionsEditor::FolderChooser PixpressApp::folderPanel(OptionsEditor::FolderChooser own)
+{
+    if (!own)
+        own = [this] { return m_panels.pickFolder(); };
+    return [this, own = std::move(own)] { return pickAlone(own); };
+}
+
+void PixpressApp::openFiles(const QList<QUrl> &files)
+{
+    if (m_appState.isAPIKeyConfigured())
+        return handleDrop(files);
+    connect(&m_appState, &AppState::isAPIKeyConfiguredChanged, this,
+            [this, files] { handleDrop(files); });
+}
+
+void PixpressApp::openFilePicker()
+{
+    if (m_isPanelOpen)
+        return; // or it would open as soon as that one closes
+    QMetaObject::invokeMethod(&m_appState, &AppState::openFilePicker, Qt::QueuedConnection);
+}
+
 bool PixpressApp::acceptsDrag(const QList<QUrl> &dragged) const
 {
-    return hasFile(dragged);
+    return !m_isPanelOpen && hasFile(dragged);
 }
 
 void PixpressApp::handleDrop(const QList<QUrl> &dropped)
@@ -107,6 +139,8 @@ QCoro::Task<TinifyService::Result<bool>> PixpressApp::validateAPIKey(QString key
     // Not here, where its own answer is being delivered. When the application is ending this is
     // never run, and must not be: the list is going.
     QMetaObject::invokeMethod(this, [this, check] { m_checks.erase(check); }, Qt::QueuedConnection);
+    // The key that was asked about: what stands in the field may be another by now, and then
+    // nobody knows whether that one is good.
     if (isValid.value_or(false))
         m_appState.saveAPIKey(key);
     co_return isValid;

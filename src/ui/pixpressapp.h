@@ -30,6 +30,7 @@ class PixpressApp : public QObject
     Q_PROPERTY(pixpress::TaskModel *tasks READ tasks CONSTANT)
     Q_PROPERTY(pixpress::OptionsEditor *options READ options CONSTANT)
     Q_PROPERTY(pixpress::Thumbnails *thumbnails READ thumbnails CONSTANT)
+    Q_PROPERTY(bool isPanelOpen READ isPanelOpen NOTIFY isPanelOpenChanged)
 
 public:
     /// What the application reaches outside itself; a test puts its own in.
@@ -50,12 +51,21 @@ public:
     TaskModel *tasks() { return &m_tasks; }
     OptionsEditor *options() { return &m_options; }
     Thumbnails *thumbnails() { return &m_thumbnails; }
+    /// The user is picking files or a folder. There is one panel at a time: asked for meanwhile,
+    /// another is as good as cancelled.
+    bool isPanelOpen() const { return m_isPanelOpen; }
 
     /// Opens the main window, in front of the others. `engine` must outlive it; false when the
     /// window cannot be made.
     bool show(QQmlApplicationEngine &engine);
 
-    /// Whether a drag of these over the window is any of its business: not that of a web link.
+    /// Adds the files that the program was started with, once there is a key.
+    void openFiles(const QList<QUrl> &files);
+    /// Lets the user pick files, after the handler that asks for it has returned: the panel's own
+    /// event loop could delete the view whose handler that is.
+    Q_INVOKABLE void openFilePicker();
+    /// Whether a drag of these over the window is any of its business: not that of a web link, and
+    /// none while a panel is open.
     Q_INVOKABLE bool acceptsDrag(const QList<QUrl> &dragged) const;
     /// Adds what was dropped on the window: local files of a supported extension, in one batch.
     Q_INVOKABLE void handleDrop(const QList<QUrl> &dropped);
@@ -71,9 +81,20 @@ public:
     /// Asks the service, and saves the key when it is good.
     QCoro::Task<TinifyService::Result<bool>> validateAPIKey(QString key);
 
+Q_SIGNALS:
+    void isPanelOpenChanged();
+
 private:
+    /// What the panel picks; as if cancelled when another is open.
+    template <typename Panel>
+    auto pickAlone(const Panel &panel) -> decltype(panel());
+    void setPanelOpen(bool open);
+    OpenPanel filePanel(OpenPanel own);
+    OptionsEditor::FolderChooser folderPanel(OptionsEditor::FolderChooser own);
+
     SettingsStore &m_settings;
     Panels m_panels;
+    bool m_isPanelOpen = false;
     const Revealer m_reveal;
     const ServiceConfig m_service;
     AppState m_appState;

@@ -98,7 +98,8 @@ void RevealTest::withoutFileManager_theFolderIsOpened_data()
 void RevealTest::withoutFileManager_theFolderIsOpened()
 {
     QFETCH(QString, busAddress);
-    m_desktop->command(u"xdg-open"_s, R"(printf %s "$1" > "$HOME/files/.new" &&
+    m_desktop->command(u"xdg-open"_s, R"(env > "$HOME/files/environment"
+                                          printf %s "$1" > "$HOME/files/.new" &&
                                           mv "$HOME/files/.new" "$HOME/files/opened")");
     if (busAddress.isEmpty())
         compressAndAsk();
@@ -109,6 +110,10 @@ void RevealTest::withoutFileManager_theFolderIsOpened()
     QVERIFY(opened.open(QIODevice::ReadOnly));
     QCOMPARE(QUrl::fromUserInput(QString::fromUtf8(opened.readAll())),
              QUrl::fromLocalFile(m_desktop->path({})));
+    // What this program chooses of the toolkit is nothing to those that it starts.
+    QFile environment(m_desktop->path(u"environment"_s));
+    QVERIFY(environment.open(QIODevice::ReadOnly));
+    QVERIFY(!environment.readAll().contains("QT_QUICK"));
     QCOMPARE(m_program->errors(), "");
 }
 

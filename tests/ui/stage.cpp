@@ -50,6 +50,7 @@ void Stage::start(const QString &key)
     server.requests.clear();
     picked.clear();
     pickedFolder.clear();
+    today = QDate::currentDate();
     revealed.clear();
     opened.clear();
     batches.clear();
@@ -57,13 +58,19 @@ void Stage::start(const QString &key)
     answerWith(1000, 400);
     m_app = std::make_unique<PixpressApp>(
         m_settings, ServiceConfig{.baseURL = server.url(), .limits = {}},
-        PixpressApp::Seams{.openPanel = [this](const OpenPanelRequest &) { return picked; },
+        PixpressApp::Seams{.openPanel =
+                               [this](const OpenPanelRequest &) {
+                                   Q_EMIT panelOpened();
+                                   return picked;
+                               },
                            .folderChooser =
                                [this] {
+                                   Q_EMIT panelOpened();
                                    return pickedFolder.isEmpty() ? std::nullopt
                                                                  : std::optional(pickedFolder);
                                },
-                           .reveal = [this](const QUrl &url) { revealed.append(url); }});
+                           .reveal = [this](const QUrl &url) { revealed.append(url); },
+                           .clock = [this] { return today.startOfDay(); }});
     connect(m_app->appState()->compressionQueue(), &CompressionQueue::tasksAdded, this,
             [this](qsizetype, qsizetype count) { batches.append(static_cast<int>(count)); });
     Q_EMIT appChanged();
@@ -134,6 +141,14 @@ bool Stage::act(QObject *item, const QString &action)
         return false;
     actions->doAction(action);
     return true;
+}
+
+QString Stage::described(QObject *item)
+{
+    QAccessible::setActive(true);
+    auto *interface = QAccessible::queryAccessibleInterface(item);
+    return interface ? u"%1 %2"_s.arg(interface->role()).arg(interface->text(QAccessible::Name))
+                     : QString();
 }
 
 void Stage::setCount(int count)

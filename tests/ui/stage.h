@@ -22,6 +22,7 @@ class Stage : public QObject
     Q_PROPERTY(pixpress::PixpressApp *app READ app NOTIFY appChanged)
     Q_PROPERTY(QList<QUrl> picked MEMBER picked)
     Q_PROPERTY(QUrl pickedFolder MEMBER pickedFolder)
+    Q_PROPERTY(QDate today MEMBER today)
     Q_PROPERTY(QList<QUrl> revealed MEMBER revealed)
     Q_PROPERTY(QList<QUrl> opened MEMBER opened)
     Q_PROPERTY(QList<int> batches MEMBER batches)
@@ -57,11 +58,16 @@ public:
     Q_INVOKABLE void releaseOne() { server.releaseOne(); }
     Q_INVOKABLE void release() { server.release(); }
     Q_INVOKABLE void setCount(int count);
+    /// As before every compression: a new month starts when there is one.
+    Q_INVOKABLE void rollOver() { m_app->appState()->quotaTracker()->checkMonthRollover(); }
     /// The colours that the desktop asks for.
     Q_INVOKABLE void setDark(bool dark);
     Q_INVOKABLE QString storedKey() const;
     Q_INVOKABLE QString options() const; ///< The current options, as text to compare.
 
+    /// What assistive technology is told of an item: its role, as a number of QAccessible, and
+    /// name.
+    Q_INVOKABLE QString described(QObject *item);
     /// As assistive technology does; false when the item has no such action.
     Q_INVOKABLE bool act(QObject *item, const QString &action);
     Q_INVOKABLE void openPage(const QUrl &page) { opened.append(page); }
@@ -74,12 +80,14 @@ public:
     ScriptedServer server;
     QList<QUrl> picked;
     QUrl pickedFolder;
+    QDate today; ///< By the application's clock.
     QList<QUrl> revealed;
     QList<QUrl> opened; ///< In the browser.
     QList<int> batches; ///< Sizes of what was added at once.
 
 Q_SIGNALS:
     void appChanged();
+    void panelOpened(); ///< Of either kind; it closes when all who are told have returned.
 
 private:
     Answer answer(const Request &request);

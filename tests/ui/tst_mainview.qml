@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
 import QtQuick
+import QtTest
 import Pixpress
 
 ViewTest {
@@ -17,6 +18,13 @@ ViewTest {
             width: root.width
             height: root.height
         }
+    }
+
+    SignalSpy {
+        id: panels
+
+        target: root.stage
+        signalName: "panelOpened"
     }
 
     function files(count: int) {
@@ -107,19 +115,20 @@ ViewTest {
             verify(placeOf(buttons[i], view).x >= placeOf(buttons[i - 1], view).right);
         compare(placeOf(buttons[3], view).right, 920 - 10);
         const helps = ["Add images to compress", "Clear completed tasks", "Clear all tasks", "Open settings"];
-        for (const index of [0, 2, 3]) {
+        verify(!buttons[1].enabled); // and still tells what it would do
+        for (const index of [0, 1, 2, 3]) {
             mouseMove(buttons[index], 10, 10);
             tryVerify(() => texts(root.Window.contentItem).includes(helps[index]), 5000, helps[index]);
         }
-        compare(buttons[1].help, helps[1]);
         mouseMove(root, 400, 400);
+        tryVerify(() => helps.every(help => !texts(root.Window.contentItem).includes(help)));
     }
 
     function test_addFiles_opensThePanel() {
         show(component);
         stage.picked = files(2);
         mouseClick(find("addFiles"));
-        compare(stage.batches, [2]);
+        tryCompare(stage, "batches", [2]);
     }
 
     function test_settingsButton_opensTheSheet() {
@@ -141,6 +150,73 @@ ViewTest {
         drag.leave(root.Window.window);
         verify(!view.isDropTargeted);
         tryCompare(find("badge"), "scale", 1);
+    }
+
+    function test_dragOfWebLinksAlone_isNotTaken() {
+        const view = show(component);
+        drag.urls = ["https://tinypng.com/a.png", "https://tinypng.com/b.png"];
+        drag.enter(root.Window.window, 400, 300);
+        verify(!drag.accepted);
+        verify(!view.isDropTargeted);
+        drag.leave(root.Window.window);
+        drag.urls = ["https://tinypng.com/a.png", stage.file("b.png")];
+        drag.enter(root.Window.window, 400, 300);
+        verify(drag.accepted);
+        verify(view.isDropTargeted);
+        drag.leave(root.Window.window);
+    }
+
+    function test_panel_opensAfterTheHandlerThatAskedForIt() {
+        show(component);
+        panels.clear();
+        find("browse").clicked(); // its panel may take the button away
+        compare(panels.count, 0);
+        tryCompare(panels, "count", 1);
+    }
+
+    function test_openPanel_keepsDropsAndOtherPanelsAway_data() {
+        return [{ tag: "files", open: () => stage.app.openFilePicker() }, { tag: "folder", open: () => stage.app.options.chooseFolder() }];
+    }
+
+    function test_openPanel_keepsDropsAndOtherPanelsAway(row) {
+        const view = show(component);
+        const seen = [];
+        const look = () => {
+            seen.push(stage.app.isPanelOpen);
+            drag.urls = files(1);
+            drag.enter(root.Window.window, 400, 300);
+            seen.push(drag.accepted);
+            drag.drop(root.Window.window, 400, 300);
+            seen.push(drag.accepted, stage.app.tasks.count);
+            stage.app.appState.openFilePicker();
+            stage.app.options.chooseFolder();
+        };
+        panels.clear();
+        stage.picked = files(2);
+        stage.pickedFolder = "file:///tmp";
+        stage.panelOpened.connect(look);
+        row.open();
+        tryCompare(panels, "count", 1);
+        tryVerify(() => !stage.app.isPanelOpen);
+        stage.panelOpened.disconnect(look);
+        compare(seen, [true, false, false, 0]);
+        compare(stage.batches, row.tag === "files" ? [2] : []);
+        compare(stage.app.options.folder, row.tag === "files" ? "" : "/tmp");
+        drag.enter(root.Window.window, 400, 300);
+        verify(drag.accepted, "and then one may drop again");
+        drag.leave(root.Window.window);
+    }
+
+    function test_dragThatIsOverTheWindowWhenAPanelOpens_isNotTakenEither() {
+        const view = show(component);
+        drag.urls = files(1);
+        drag.enter(root.Window.window, 400, 300);
+        verify(view.isDropTargeted);
+        const look = () => drag.drop(root.Window.window, 400, 300);
+        stage.panelOpened.connect(look);
+        stage.app.options.chooseFolder();
+        stage.panelOpened.disconnect(look);
+        compare(stage.batches.length, 0);
     }
 
     function test_dragWithoutFiles_isNotTaken() {

@@ -41,7 +41,7 @@ ViewTest {
             const menu = bar.menuAt(index);
             return menu.title + ": " + Array.from({ length: menu.count }, (_, item) => menu.itemAt(item).text).join(", ");
         });
-        compare(entries, ["Pixpress: Settings…, Quit", "File: Add Files…"]);
+        compare(entries, ["&Pixpress: Settings…, Quit", "&File: Add Files…"]);
     }
 
     function test_ctrlComma_opensTheSettings() {
@@ -64,6 +64,88 @@ ViewTest {
         tryVerify(() => search(window.contentItem.Window.contentItem, "tabs") !== null);
     }
 
+    function test_menus_openByTheirLetter_data() {
+        return [{ tag: "Alt+P", index: 0 }, { tag: "Alt+F", index: 1 }];
+    }
+
+    function test_menus_openByTheirLetter(row) {
+        const window = opened();
+        compare(withRole(window.menuBar, Accessible.MenuItem).map(item => item.Accessible.name), ["Pixpress", "File"]);
+        verify(texts(window.menuBar).startsWith("Pixpress\nFile"), texts(window.menuBar));
+        keySequence(row.tag);
+        tryVerify(() => window.menuBar.menuAt(row.index).opened);
+        verify(!window.menuBar.menuAt(1 - row.index).opened);
+        keyClick(Qt.Key_Escape);
+        tryVerify(() => !window.menuBar.menuAt(row.index).visible);
+    }
+
+    function test_menus_areOpenedAndChosenFromByAssistiveTechnology() {
+        const window = opened();
+        const bar = window.menuBar;
+        verify(stage.act(withRole(bar, Accessible.MenuItem)[0], "Press"));
+        tryVerify(() => bar.menuAt(0).opened);
+        verify(stage.act(bar.menuAt(0).itemAt(0), "Press"));
+        verify(stage.app.appState.showSettings);
+        tryVerify(() => !bar.menuAt(0).visible);
+    }
+
+    function test_ctrlO_isWithoutEffectWhileTheSettingsAreOpen() {
+        const window = opened();
+        stage.picked = [stage.file("a.png")];
+        keySequence("Ctrl+,");
+        keySequence("Ctrl+O");
+        keyClick(Qt.Key_Escape);
+        tryVerify(() => search(window.contentItem.Window.contentItem, "tabs") === null);
+        keySequence("Ctrl+O");
+        tryCompare(stage, "batches", [1]);
+    }
+
+    function test_shortcuts_areWithoutEffectWhileAPanelIsOpen() {
+        const window = opened();
+        stage.picked = [stage.file("a.png")];
+        let panels = 0;
+        const press = () => {
+            ++panels;
+            keySequence("Ctrl+O");
+            keySequence("Ctrl+,");
+        };
+        stage.panelOpened.connect(press);
+        keySequence("Ctrl+O");
+        tryCompare(stage, "batches", [1]);
+        stage.panelOpened.disconnect(press);
+        compare(panels, 1);
+        verify(!stage.app.appState.showSettings);
+        tryVerify(() => !stage.app.isPanelOpen);
+        keySequence("Ctrl+,");
+        verify(stage.app.appState.showSettings);
+    }
+
+    function test_ctrlCommaWhileTheSheetFades_opensItAnew() {
+        const window = opened();
+        const tabs = () => search(window.contentItem.Window.contentItem, "tabs");
+        keySequence("Ctrl+,");
+        tryVerify(() => tabs() !== null && tabs().parent.parent.opacity === 1);
+        const first = tabs();
+        tabs().currentIndex = 2;
+        keyClick(Qt.Key_Escape);
+        verify(tabs() !== null, "it fades");
+        keySequence("Ctrl+,");
+        verify(stage.app.appState.showSettings);
+        tryVerify(() => tabs() !== null && tabs() !== first && tabs().parent.parent.opacity === 1);
+        compare(tabs().currentIndex, 0);
+        verify(stage.app.appState.showSettings);
+    }
+
+    function test_sheet_closesWhenTheStateSaysSo() {
+        const window = opened();
+        const tabs = () => search(window.contentItem.Window.contentItem, "tabs");
+        keySequence("Ctrl+,");
+        tryVerify(() => tabs() !== null && tabs().parent.parent.opacity === 1);
+        stage.app.appState.showSettings = false;
+        tryVerify(() => tabs() === null);
+        verify(!stage.app.appState.showSettings);
+    }
+
     function test_ctrlO_picksFilesOnceThereIsAKey() {
         stage.start("");
         const window = opened();
@@ -72,6 +154,6 @@ ViewTest {
         compare(stage.batches.length, 0);
         stage.app.appState.saveAPIKey("new");
         keySequence("Ctrl+O");
-        compare(stage.batches, [1]);
+        tryCompare(stage, "batches", [1]);
     }
 }

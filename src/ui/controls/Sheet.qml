@@ -9,6 +9,8 @@ import Pixpress
 T.Popup {
     id: root
 
+    property string title
+
     x: Math.round(((parent?.width ?? 0) - width) / 2)
     y: Math.round(((parent?.height ?? 0) - height) / 3)
     modal: true
@@ -16,6 +18,9 @@ T.Popup {
     focus: true
     padding: 0
     closePolicy: T.Popup.CloseOnEscape
+
+    // The item around the content, to which assistive technology is led, has no other way in.
+    Component.onCompleted: contentItem.parent.Accessible.name = title
 
     T.Overlay.modal: Rectangle {
         color: Theme.dimming
