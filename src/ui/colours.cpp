@@ -3,23 +3,22 @@
 
 #include "ui/colours.h"
 
+#include <QRegularExpression>
 #include <QTextBoundaryFinder>
 
 #include <cmath>
+
+using namespace Qt::StringLiterals;
 
 namespace pixpress {
 
 namespace {
 
 /// The text without what is neither letter nor digit at its ends.
-QStringView trimMarks(QStringView text)
+QString trimMarks(QString text)
 {
-    const auto isMark = [](QChar c) { return !c.isLetterOrNumber() && !c.isSurrogate(); };
-    while (!text.isEmpty() && isMark(text.front()))
-        text = text.mid(1);
-    while (!text.isEmpty() && isMark(text.back()))
-        text.chop(1);
-    return text;
+    static const QRegularExpression marks(u"\\A[^\\p{L}\\p{N}]+|[^\\p{L}\\p{N}]+\\z"_s);
+    return text.remove(marks);
 }
 
 qsizetype characterCount(QStringView text)
@@ -57,7 +56,7 @@ uint byteOf(double component)
 
 std::optional<QColor> colourFromHex(const QString &text)
 {
-    const QStringView trimmed = trimMarks(text);
+    const QString trimmed = trimMarks(text);
     if (characterCount(trimmed) != 6)
         return std::nullopt;
     return QColor::fromRgb(leadingHex(trimmed) & 0xFFFFFF);

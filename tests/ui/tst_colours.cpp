@@ -34,6 +34,10 @@ private Q_SLOTS:
         QTest::newRow("inner mark ends the number") << "ab-cde" << QColor(0x00, 0x00, 0xAB);
         QTest::newRow("a character of two code units")
             << QStringLiteral("12345\U0001D518") << QColor(0x01, 0x23, 0x45);
+        QTest::newRow("marks of two code units around")
+            << QStringLiteral("\U0001F3A8 ff8800\U0001F3A8") << orange;
+        QTest::newRow("letter of two code units at the front")
+            << QStringLiteral("#\U0001D51812345") << QColor(Qt::black);
         QTest::newRow("digits of another script are no hex digits")
             << QStringLiteral("\u0661\u0662\u0663\u0664\u0665\u0666") << QColor(Qt::black);
     }
@@ -53,7 +57,7 @@ private Q_SLOTS:
         QTest::addColumn<QString>("text");
 
         for (const char *text : {"", "#", "fff", "#fff", "#ff8800ff", "12345", "1234567",
-                                 "0xff8800", "ff 8800", "      ", "------"})
+                                 "0xff8800", "ff 8800", "      ", "------", "🎨🎨🎨🎨🎨🎨"})
             QTest::newRow(text) << text;
     }
 
