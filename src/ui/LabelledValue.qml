@@ -12,7 +12,7 @@ FormRow {
     required property int value
     property color valueColor: Theme.primary
 
-    implicitHeight: 32
+    implicitHeight: 32 // less than other rows have: so all of the tab fits into its sheet
     Accessible.role: Accessible.StaticText
     Accessible.name: label + " " + value
 
@@ -27,7 +27,7 @@ FormRow {
         objectName: "value"
         anchors.right: parent.right
         text: root.value
-        font: Theme.bodyMonospaced
+        font: Theme.bodyMonospaced // for its digits: Qt 6.4 cannot ask a font for its tabular ones
         color: root.valueColor
         textFormat: Text.PlainText
         Accessible.ignored: true

@@ -190,11 +190,12 @@ Rectangle {
                 }
 
                 RowLayout {
-                    spacing: 5
+                    spacing: 8
                     Layout.fillWidth: true
 
                     SymbolLabel {
                         symbol: "info.circle"
+                        spacing: 8
                         text: qsTr("Don't have a key yet?")
                         font: Theme.caption
                         color: Theme.secondary

@@ -51,6 +51,7 @@ FormSection {
                 font: Theme.caption
                 color: root.options.folder ? Theme.primary : Theme.secondary
                 elide: Text.ElideMiddle
+                maximumLineCount: 1
                 textFormat: Text.PlainText
                 Layout.fillWidth: true
                 Accessible.role: Accessible.StaticText

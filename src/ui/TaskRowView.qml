@@ -70,17 +70,18 @@ Item {
     Keys.onReturnPressed: act()
     Keys.onEnterPressed: act()
     Keys.onSpacePressed: act()
-    Keys.onMenuPressed: menu.open()
+    Keys.onMenuPressed: menu.open(true)
 
-    Rectangle {
+    Item { // so much larger than the row's content that the ring touches neither it nor the lines
         anchors.fill: row
-        anchors.leftMargin: 10
-        anchors.rightMargin: 10
-        visible: root.isCurrent
-        radius: Theme.controlRadius
-        color: "transparent"
-        border.width: 2
-        border.color: Theme.focusRing
+        anchors.leftMargin: -4
+        anchors.rightMargin: -4
+        anchors.topMargin: 1
+        anchors.bottomMargin: 1
+
+        FocusRing {
+            visible: root.isCurrent
+        }
     }
 
     TapHandler {
@@ -89,7 +90,7 @@ Item {
         onTapped: (point, button) => {
             root.pressed();
             if (button === Qt.RightButton)
-                menu.open();
+                menu.open(false);
         }
     }
 
@@ -219,14 +220,24 @@ Item {
     Loader {
         id: menu
 
-        function open() {
+        property bool isByKey: false
+
+        function open(isByKey: bool) {
+            menu.isByKey = isByKey;
             active = root.isCompleted || root.isFailed;
         }
 
         active: false
         sourceComponent: ContextMenu {
+            modal: true // so that the list does not scroll away below it
+            dim: false
             onClosed: menu.active = false
-            Component.onCompleted: popup()
+            Component.onCompleted: {
+                if (menu.isByKey)
+                    popup(root, 68, row.height); // below the name
+                else
+                    popup();
+            }
 
             ContextMenuItem {
                 text: root.isCompleted ? qsTr("Show in Finder") : qsTr("Retry")

@@ -48,12 +48,17 @@ QtObject {
     readonly property color controlBorder: dark ? "#26FFFFFF" : "#2E000000"
     readonly property color fieldFill: dark ? "#1B1B1B" : "#FFFFFF"
     readonly property color switchTrack: dark ? "#6A6A6E" : "#B4B4B8"
+    readonly property color switchKnob: "#FFFFFF"
+    readonly property color switchKnobPressed: "#F2F2F2"
+    readonly property color switchKnobBorder: "#14000000"
     readonly property color focusRing: Qt.rgba(blue.r, blue.g, blue.b, 0.5)
 
     readonly property string family: Appearance.family
     readonly property font largeTitle: Qt.font({ family: family, pixelSize: 26, weight: Font.Bold })
     readonly property font title: Qt.font({ family: family, pixelSize: 22, weight: Font.Bold })
     readonly property font title2: Qt.font({ family: family, pixelSize: 17, weight: Font.DemiBold })
+    // What a row has saved, meant for a rounded face: there is none that systems here come with, so
+    // it is the ordinary one.
     readonly property font title3: Qt.font({ family: family, pixelSize: 15, weight: Font.Bold })
     readonly property font headline: Qt.font({ family: family, pixelSize: 13, weight: Font.Bold })
     readonly property font body: Qt.font({ family: family, pixelSize: 13 })

@@ -240,6 +240,39 @@ ViewTest {
         compare(painted(well).pixel(22, 12), "#ff8800");
     }
 
+    function test_typedColour_isTakenUnlessEscapeCloses_data() {
+        return [
+            { tag: "Return", finish: () => keyClick(Qt.Key_Return), colour: "#123456", closes: true },
+            { tag: "Tab", finish: () => keyClick(Qt.Key_Backtab), colour: "#123456", closes: false },
+            { tag: "Escape", finish: () => keyClick(Qt.Key_Escape), colour: "#ffffff", closes: true }
+        ];
+    }
+
+    function test_typedColour_isTakenUnlessEscapeCloses(row) {
+        const view = show(component);
+        options().convertEnabled = true;
+        options().convertFormat = 1;
+        mouseClick(findChild(view, "background"));
+        const field = found("hex");
+        tryCompare(field, "activeFocus", true);
+        field.selectAll();
+        type("#123456");
+        compare(field.text, "#123456");
+        row.finish();
+        if (row.closes)
+            tryVerify(() => find("hex") === null);
+        compare(options().backgroundText, row.colour);
+    }
+
+    function test_folderWithALineBreakInItsName_isShownOnOneLine() {
+        const view = show(component);
+        options().destination = 2;
+        stage.pickedFolder = "file:///some/two%0Alines";
+        mouseClick(findChild(view, folderButton));
+        compare(findChild(view, "folder").text, "/some/two\nlines");
+        compare(findChild(view, "folder").lineCount, 1);
+    }
+
     function test_folder_isNoneThenShownWithItsPath() {
         const view = show(component);
         verify(!findChild(view, "folderRow").visible);

@@ -55,6 +55,18 @@ TestCase {
         compare(findChild(bar, "fill").radius, 4);
     }
 
+    function test_newMonth_showsWithACountOfZero() {
+        stage.setCount(123);
+        const bar = createTemporaryObject(view, root);
+        compare(findChild(bar, "count").text, "123/500");
+        stage.today = new Date(2031, 1, 3, 12);
+        stage.rollOver();
+        compare(findChild(bar, "month").text, "2031-02");
+        compare(findChild(bar, "count").text, "0/500");
+        compare(findChild(bar, "remaining").text, "(500 left)");
+        compare(findChild(bar, "fill").width, 0);
+    }
+
     function test_month_isShownAsItIsStored() {
         const bar = createTemporaryObject(view, root);
         stage.app.appState.quotaTracker.monthYear = "2025-03";

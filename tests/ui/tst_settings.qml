@@ -79,6 +79,28 @@ ViewTest {
         verify(!find("checking").visible);
     }
 
+    function test_withoutStoredKey_theFieldIsEmptyAndBothButtonsAreDisabled() {
+        stage.start("");
+        stage.app.appState.saveAPIKey(""); // brings the working layout, and stores nothing
+        opened(0);
+        compare(stage.storedKey(), "");
+        compare(find("apiKey").text, "");
+        verify(!find("saveKey").enabled);
+        verify(!find("validate").enabled);
+    }
+
+    function test_keyChangedDuringItsCheck_isNotTheOneThatIsSaved() {
+        opened(0);
+        stage.hold();
+        find("apiKey").text = "checked";
+        mouseClick(find("validate"));
+        tryCompare(stage, "waiting", 1);
+        find("apiKey").text = "not checked";
+        stage.release();
+        found("message");
+        compare(stage.storedKey(), "checked");
+    }
+
     function test_emptyField_disablesBothButtons() {
         opened(0);
         find("apiKey").forceActiveFocus();
@@ -196,6 +218,25 @@ ViewTest {
         compare(search(find("used"), "value").font, Theme.bodyMonospaced);
     }
 
+    function test_quotaTab_hasRoomForAllOfItsRows() {
+        opened(1);
+        const help = withText(sheet(), "This only resets the local display. The actual count is tracked by TinyPNG's servers and synced on next compression.");
+        verify(!help.truncated);
+        const box = help.parent.parent.parent.parent.parent;
+        const bottom = placeOf(box, sheet()).bottom;
+        verify(bottom <= 380 - 8, bottom);
+    }
+
+    function test_newMonth_showsWithACountOfZero() {
+        stage.setCount(123);
+        stage.today = new Date(2031, 1, 3, 12);
+        opened(1);
+        mouseClick(find("reset"));
+        verify(texts(sheet()).includes("Monthly Usage — 2031-02"));
+        verify(texts(sheet()).endsWith("synced on next compression."));
+        verify(texts(sheet()).includes("0/500\n(500 left)\n2031-02"), texts(sheet()));
+    }
+
     function test_remaining_turnsRedBelowFifty_data() {
         return [
             { tag: "0", left: "500", color: Theme.greenText },
@@ -281,13 +322,26 @@ ViewTest {
         verify(!names.includes("Add Files") && !names.includes("Enable Resize"), names.join());
     }
 
-    function test_arrows_changeTheTab() {
+    function test_tabAndSpace_changeTheTab() {
         opened(0);
         const tabs = withRole(sheet(), Accessible.PageTab);
         compare(tabs.map(tab => tab.Accessible.name), ["API Key", "Quota", "About"]);
         tabs[0].forceActiveFocus(Qt.TabFocusReason);
         keyClick(Qt.Key_Tab);
         keyClick(Qt.Key_Space);
-        verify(find("tabs").currentIndex >= 0);
+        compare(find("tabs").currentIndex, 1);
+    }
+
+    function test_arrows_changeTheTab() {
+        opened(0);
+        const tabs = withRole(sheet(), Accessible.PageTab);
+        tabs[0].forceActiveFocus(Qt.TabFocusReason);
+        const pressed = key => {
+            keyClick(key);
+            compare(root.Window.activeFocusItem, tabs[find("tabs").currentIndex]);
+            return find("tabs").currentIndex;
+        };
+        const keys = [Qt.Key_Right, Qt.Key_Right, Qt.Key_Right, Qt.Key_Left, Qt.Key_Left, Qt.Key_Left];
+        compare(keys.map(pressed), [1, 2, 2, 1, 0, 0]);
     }
 }

@@ -172,12 +172,11 @@ ViewTest {
     }
 
     function test_reveal_showsTheOutput() {
-        addAndFinish("a.png");
+        addAndFinish("to be shown.png");
         const view = show(component);
         mouseClick(findChild(view, "reveal"));
         compare(stage.revealed.length, 1);
-        verify(stage.revealed[0].toString().endsWith("/a-pixpress.png") || stage.revealed[0].toString() !== stage.file("a.png").toString());
-        compare(stage.revealed[0], rows(view)[0].outputURL);
+        compare(stage.revealed[0].toString(), stage.file("to be shown.png").toString().replace(".png", "-pixpress.png"));
     }
 
     function test_arrows_walkTheRowsAndReturnReveals() {
@@ -222,6 +221,26 @@ ViewTest {
         mouseClick(rows(view)[1], 200, 20);
         compare(findChild(view, "rows").currentIndex, 1);
         verify(rows(view)[1].isCurrent);
+    }
+
+    function test_wheelWhileARowsMenuIsOpen_leavesTheMenuAtItsTask() {
+        stage.failWith(500, "No.");
+        stage.app.handleDrop(files(60));
+        tryVerify(() => !stage.app.appState.compressionQueue.hasActiveTasks);
+        const view = show(component);
+        const list = findChild(view, "rows");
+        const entries = () => withRole(root.Window.contentItem, Accessible.MenuItem);
+        const chosen = rows(view)[3];
+        mouseClick(chosen, 200, 20, Qt.RightButton);
+        tryVerify(() => entries().length === 1);
+        const before = list.contentY;
+        for (let i = 0; i < 40; ++i)
+            mouseWheel(view, 400, 500, 0, -240);
+        compare(list.contentY, before);
+        stage.hold();
+        mouseClick(entries()[0]);
+        tryVerify(() => chosen.taskState !== TaskModel.State.failed);
+        compare(chosen.fileName, "picture3.png");
     }
 
     function test_longList_makesOnlyAScreenfulOfRows() {

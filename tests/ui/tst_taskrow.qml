@@ -32,6 +32,12 @@ ViewTest {
         }
     }
 
+    TextMetrics {
+        id: metrics
+
+        elide: Text.ElideMiddle
+    }
+
     SignalSpy {
         id: retried
 
@@ -156,6 +162,27 @@ ViewTest {
         compare(row.implicitHeight, 53);
     }
 
+    function test_failureOfSeveralLines_staysOnOneLine() {
+        const row = failed({ statusText: "It did not work out.\nWhy, nobody knows.\n" });
+        compare(withText(row, row.statusText).lineCount, 1);
+        compare(row.implicitHeight, 53);
+    }
+
+    function test_longName_keepsItsExtension_data() {
+        return [{ tag: "in the smallest window", width: 800 - 300 }, { tag: "in the usual one", width: 920 - 260 }];
+    }
+
+    function test_longName_keepsItsExtension(data) {
+        const row = completed({ fileName: "long".repeat(60) + ".jpeg", width: data.width });
+        const text = findChild(row, "fileName");
+        verify(text.truncated);
+        metrics.font = text.font;
+        metrics.elideWidth = text.width;
+        metrics.text = text.text;
+        verify(/^long.*….*long\.jpeg$/.test(metrics.elidedText), metrics.elidedText);
+        verify(text.contentWidth <= text.width);
+    }
+
     function test_retryButton_asksForARetry() {
         const row = failed();
         const button = findChild(row, "retry");
@@ -238,6 +265,20 @@ ViewTest {
         compare(retried.count, 0);
     }
 
+    function test_menuKey_opensTheMenuAtTheRow() {
+        const row = failed();
+        mouseMove(root, 500, 550); // away from it
+        row.forceActiveFocus();
+        keyClick(Qt.Key_Menu);
+        const entries = () => withRole(root.Window.contentItem, Accessible.MenuItem);
+        compare(entries().length, 1);
+        tryVerify(() => placeOf(entries()[0], row).y < 70);
+        verify(placeOf(entries()[0], row).y >= 40);
+        verify(placeOf(entries()[0], row).x < 100);
+        keyClick(Qt.Key_Escape);
+        tryVerify(() => entries().length === 0);
+    }
+
     function test_accessibleName_tellsTheWholeRow() {
         const row = completed();
         compare(row.Accessible.role, Accessible.ListItem);
@@ -247,6 +288,12 @@ ViewTest {
     function test_currentRow_hasARing() {
         const ring = row => shown(row).filter(item => item.border !== undefined && Qt.colorEqual(item.border.color, Theme.focusRing));
         compare(ring(created({})).length, 0);
-        compare(ring(created({ isCurrent: true })).length, 1);
+        const row = created({ isCurrent: true });
+        compare(ring(row).length, 1);
+        compare(ring(row)[0].border.width, 3);
+        const place = placeOf(ring(row)[0], row);
+        const thumbnail = placeOf(withRole(row, Accessible.Graphic)[0], row);
+        verify(place.x + 3 <= thumbnail.x && place.y + 3 <= thumbnail.y, "it touches nothing of the row: " + place);
+        verify(place.bottom <= placeOf(withRole(row, Accessible.Separator)[0], row).y);
     }
 }

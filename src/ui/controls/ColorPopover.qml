@@ -89,6 +89,10 @@ T.Popup {
             focus: true
             Layout.fillWidth: true
             Accessible.name: qsTr("Colour as #rrggbb")
+            Keys.onEscapePressed: event => {
+                text = root.hex; // closing finishes the editing too
+                event.accepted = false;
+            }
             onEditingFinished: root.typed(text)
             onAccepted: root.close()
         }

@@ -20,6 +20,12 @@ T.MenuItem {
 
     Accessible.role: Accessible.MenuItem
     Accessible.name: text
+    Accessible.onPressAction: {
+        if (action)
+            action.trigger();
+        else if (enabled)
+            clicked();
+    }
 
     contentItem: Item {
         Text {

@@ -23,6 +23,7 @@ T.ComboBox {
 
     Accessible.role: Accessible.ComboBox
     Accessible.name: label
+    Accessible.description: displayText
     Accessible.onPressAction: popup.open()
 
     contentItem: Text {
@@ -65,6 +66,7 @@ T.ComboBox {
         highlighted: root.highlightedIndex === index
         Accessible.role: Accessible.ListItem
         Accessible.name: modelData
+        Accessible.onPressAction: choice.clicked()
 
         contentItem: Item {
             Symbol {

@@ -27,7 +27,10 @@ T.Button {
 
     Accessible.role: Accessible.Button
     Accessible.name: text
-    Accessible.onPressAction: root.clicked()
+    Accessible.onPressAction: {
+        if (enabled)
+            clicked();
+    }
 
     contentItem: Item {
         implicitWidth: label.implicitWidth

@@ -13,6 +13,12 @@ T.TabBar {
 
     property list<TabEntry> entries
 
+    /// Chooses a neighbour, and takes the keyboard there.
+    function step(by: int) {
+        currentIndex = Math.max(0, Math.min(count - 1, currentIndex + by));
+        currentItem.forceActiveFocus(Qt.TabFocusReason);
+    }
+
     implicitWidth: contentWidth + leftPadding + rightPadding
     implicitHeight: Theme.regularControl + 4
     padding: 2
@@ -22,6 +28,9 @@ T.TabBar {
 
     Accessible.role: Accessible.PageTabList
     Accessible.name: qsTr("Tabs")
+
+    Keys.onLeftPressed: step(-1)
+    Keys.onRightPressed: step(1)
 
     background: Rectangle {
         radius: Theme.controlRadius + 2

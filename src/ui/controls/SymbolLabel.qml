@@ -36,6 +36,7 @@ RowLayout {
         color: root.color
         elide: root.wrapMode === Text.NoWrap ? Text.ElideRight : Text.ElideNone
         wrapMode: root.wrapMode
+        maximumLineCount: root.wrapMode === Text.NoWrap ? 1 : 1000 // also where it has line breaks
         textFormat: Text.PlainText
         Layout.fillWidth: true
         Accessible.ignored: true

@@ -59,9 +59,9 @@ T.Switch {
             width: 18
             height: 18
             radius: 9
-            color: root.down ? "#F2F2F2" : "#FFFFFF"
+            color: root.down ? Theme.switchKnobPressed : Theme.switchKnob
             border.width: 1
-            border.color: "#14000000"
+            border.color: Theme.switchKnobBorder
 
             Behavior on x {
                 enabled: !root.down

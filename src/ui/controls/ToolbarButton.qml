@@ -11,6 +11,12 @@ T.Button {
 
     property string symbol
     property string help
+    /// Of the pointer; a disabled button is not told itself, and needs its help the most.
+    readonly property bool isPointedAt: {
+        if (enabled)
+            return hovered;
+        return pointer.hovered && contains(mapFromItem(parent, pointer.point.position));
+    }
 
     implicitWidth: 34
     implicitHeight: Theme.largeControl - 2
@@ -20,7 +26,10 @@ T.Button {
     Accessible.role: Accessible.Button
     Accessible.name: text
     Accessible.description: help
-    Accessible.onPressAction: root.clicked()
+    Accessible.onPressAction: {
+        if (enabled)
+            clicked();
+    }
 
     contentItem: Item {
         Symbol {
@@ -39,8 +48,13 @@ T.Button {
         }
     }
 
+    HoverHandler {
+        id: pointer
+
+        parent: root.parent
+    }
     HelpTip {
         text: root.help
-        shown: root.hovered && !root.down
+        shown: root.isPointedAt && !root.down
     }
 }
