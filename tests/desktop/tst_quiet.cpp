@@ -19,6 +19,8 @@ private Q_SLOTS:
     void compressing_saysNothing();
     void greeting_saysNothing_data() { compressing_saysNothing_data(); }
     void greeting_saysNothing();
+    void everyView_saysNothing_data() { compressing_saysNothing_data(); }
+    void everyView_saysNothing();
 };
 
 namespace {
@@ -90,6 +92,45 @@ void QuietTest::greeting_saysNothing()
     QVERIFY(program.isInFront());
     QTRY_VERIFY_WITH_TIMEOUT(showsLogo(program.picture()), patience);
     QCOMPARE(usesDriver(program), usesOpenGL);
+    desktop.press({u"ctrl+q"_s});
+    QCOMPARE(program.exitStatus(), 0);
+    QCOMPARE(program.errors(), "");
+    QCOMPARE(program.output(), "");
+}
+
+void QuietTest::everyView_saysNothing()
+{
+    QFETCH(QStringList, environment);
+    QFETCH(bool, usesOpenGL);
+    Desktop desktop;
+    QVERIFY(desktop.start());
+    Program program(desktop, QStringLiteral(PIXPRESS_OFFLINE), with(environment));
+    QVERIFY(program.isInFront());
+    QCOMPARE(usesDriver(program), usesOpenGL);
+    const auto shows = [&](const QStringList &keys) {
+        const QImage before = program.picture();
+        desktop.press(keys);
+        return QTest::qWaitFor([&] { return program.picture() != before; }, patience) &&
+               program.isInFront();
+    };
+
+    // Over the toolbar's three buttons to the first switch; over what it opens to the second, and
+    // on to the format and the colour.
+    QVERIFY(shows(QStringList(4, u"Tab"_s) + QStringList{u"space"_s}));
+    QVERIFY(shows(QStringList(4, u"Tab"_s) + QStringList{u"space"_s}));
+    QVERIFY(shows({u"Tab"_s, u"space"_s})); // the list of formats
+    QVERIFY(shows({u"Up"_s, u"Return"_s})); // JPEG, which needs a background
+    QVERIFY(redPoints(program.picture()) == 0);
+    QVERIFY(shows({u"Tab"_s, u"space"_s})); // the choice of colours
+    QVERIFY(redPoints(program.picture()) > 200);
+    QVERIFY(shows({u"Escape"_s}));
+    QVERIFY(redPoints(program.picture()) == 0);
+    QVERIFY(shows(QStringList(4, u"Tab"_s) + QStringList{u"Up"_s, u"Down"_s, u"Down"_s})); // folder
+
+    QVERIFY(shows({u"ctrl+comma"_s}));
+    QVERIFY(shows({u"shift+Tab"_s, u"space"_s})); // about
+    QVERIFY(shows({u"Left"_s}));                  // the quota
+    QVERIFY(shows({u"Escape"_s}));
     desktop.press({u"ctrl+q"_s});
     QCOMPARE(program.exitStatus(), 0);
     QCOMPARE(program.errors(), "");
