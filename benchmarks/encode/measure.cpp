@@ -3,7 +3,7 @@
 
 #include "measure.h"
 
-#include "localservice/codec.h"
+#include "pictures/codec.h"
 
 #include <QElapsedTimer>
 #include <QFile>

@@ -3,7 +3,7 @@
 
 #pragma once
 
-#include "localservice/codec.h"
+#include "pictures/codec.h"
 
 #include <QByteArray>
 #include <QHash>

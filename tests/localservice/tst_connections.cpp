@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Pixpress authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
+#include "codec/vipslibrary.h"
 #include "localservice/localservice.h"
-#include "pictures/vipslibrary.h"
 
 #include "peer.h"
 #include "pictures.h"
@@ -30,6 +30,8 @@ private Q_SLOTS:
     void expectation_isMetWithTheRightKey();
     void tooLongBody_isRefusedBeforeItHasArrived();
     void tooManyChunks_areRefusedWhileTheyArrive();
+    void fetchWithABody_endsTheConnection_data();
+    void fetchWithABody_endsTheConnection();
     void idleConnections_makeRoomForNewOnes();
     void garbage_harmsNobody_data();
     void garbage_harmsNobody();
@@ -149,6 +151,37 @@ void TestConnections::tooManyChunks_areRefusedWhileTheyArrive()
         peer.send(chunk);
     QCOMPARE(peer.receive().status, 413);
     QVERIFY(peer.isEndedByService());
+}
+
+void TestConnections::fetchWithABody_endsTheConnection_data()
+{
+    QTest::addColumn<Fields>("fields");
+    QTest::addColumn<QByteArray>("body");
+    const QByteArray smuggled = "GET /output/x HTTP/1.1\r\n\r\n";
+    QTest::newRow("of a stated length")
+        << Fields{{"Content-Length", QByteArray::number(smuggled.size())}} << smuggled;
+    QTest::newRow("in chunks") << Fields{{"Transfer-Encoding", "chunked"}}
+                               << QByteArray("3\r\nabc\r\n0\r\n\r\n");
+    QTest::newRow("that does not come") << Fields{{"Content-Length", "100"}} << QByteArray();
+}
+
+void TestConnections::fetchWithABody_endsTheConnection()
+{
+    QFETCH(Fields, fields);
+    QFETCH(QByteArray, body);
+    const auto service = started();
+    Peer peer(service->baseURL());
+    const QByteArray picture = saved(photo(50, 50), ImageFormat::webp);
+    const QByteArray output =
+        QUrl(QString::fromLatin1(peer.request("POST", "/shrink", picture).header("location")))
+            .path()
+            .toLatin1();
+    peer.send(head("GET", output, Fields{{"Authorization", credentials("key")}} + fields) + body);
+    const Answer answer = peer.receive();
+    QCOMPARE(answer.status, 200);
+    QCOMPARE(answer.header("connection"), "close");
+    QVERIFY(!answer.body.isEmpty());
+    QVERIFY(peer.isEndedByService()); // what was not read is no request
 }
 
 void TestConnections::idleConnections_makeRoomForNewOnes()

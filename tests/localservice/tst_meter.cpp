@@ -3,8 +3,8 @@
 
 #include "localservice/meter.h"
 
+#include "codec/vipslibrary.h"
 #include "localservice/localservice.h"
-#include "pictures/vipslibrary.h"
 
 #include "peer.h"
 #include "pictures.h"

@@ -1,0 +1,207 @@
+// SPDX-FileCopyrightText: 2026 The Pixpress authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#include "pictures/codec.h"
+
+#include "codec/decode.h"
+#include "codec/encode.h"
+#include "codec/metadata.h"
+#include "codec/reshape.h"
+#include "codec/sniff.h"
+#include "codec/strip.h"
+#include "codec/vipslibrary.h"
+
+#include <new>
+
+using namespace Qt::StringLiterals;
+
+namespace pixpress {
+
+namespace {
+
+using vips::VImage;
+using Fault = std::unexpected<CodecError>;
+
+Fault fault(CodecFault fault, const QString &message)
+{
+    return Fault(CodecError{fault, message});
+}
+
+Fault damaged()
+{
+    return fault(CodecFault::unsupported, u"The image is damaged or incomplete."_s);
+}
+
+struct Opened
+{
+    VImage image;
+    PictureInfo info;
+};
+
+std::expected<Opened, CodecError> open(const QByteArray &original, qint64 maxPixels)
+{
+    const auto sniffed = sniff(original);
+    if (!sniffed)
+        return fault(CodecFault::unsupported,
+                     u"The file is not a PNG, JPEG, WebP or AVIF image."_s);
+    if (sniffed->isAnimated && sniffed->format == ImageFormat::png)
+        return fault(CodecFault::unsupported, u"Animated PNG images are not supported."_s);
+    if (sniffed->isAnimated && sniffed->format == ImageFormat::avif)
+        return fault(CodecFault::unsupported, u"AVIF image sequences are not supported."_s);
+
+    const auto tooLarge = [&] {
+        return fault(CodecFault::tooLarge, u"The image has more than %1 pixels."_s.arg(maxPixels));
+    };
+    if (sniffed->format == ImageFormat::png) {
+        const auto size = statedPngSize(original);
+        if (size && size->width > 0 && size->height > maxPixels / size->width)
+            return tooLarge();
+    }
+    try {
+        const VImage image = openPicture(original, *sniffed);
+        const PictureInfo info = describe(image, sniffed->format);
+        if (info.pixels() > maxPixels)
+            return tooLarge();
+        return Opened{image, info};
+    } catch (const vips::VError &) {
+        vips_error_clear();
+        return damaged();
+    }
+}
+
+/// The sides that a format can store.
+qint64 maxSideOf(ImageFormat format)
+{
+    return format == ImageFormat::webp ? 16'383 : maxSide;
+}
+
+std::expected<Encoded, CodecError> encodeSmallest(const VImage &pixels, PixelSize size,
+                                                  const RequestOptions &options,
+                                                  const QList<ImageFormat> &formats,
+                                                  const std::atomic_bool &stopped)
+{
+    Encoded smallest;
+    for (const ImageFormat format : formats) {
+        if (size.width > maxSideOf(format) || size.height > maxSideOf(format))
+            continue;
+        VImage image = pixels;
+        const bool takesNoAlpha = format == ImageFormat::jpeg;
+        if (image.has_alpha() && (options.background || takesNoAlpha))
+            image = flattened(image,
+                              options.background.value_or(RequestOptions::Colour{255, 255, 255}));
+        image = withoutMetadata(image, options.preserve);
+        stopWith(image, stopped);
+        QByteArray bytes = encodePicture(image, format, stopped);
+        if (smallest.bytes.isEmpty() || bytes.size() < smallest.bytes.size())
+            smallest = {std::move(bytes), format, size};
+    }
+    if (smallest.bytes.isEmpty())
+        return fault(
+            CodecFault::badRequest,
+            u"An image of %1 x %2 pixels does not fit into the format asked for."_s.arg(size.width)
+                .arg(size.height));
+    return smallest;
+}
+
+/// What answers for a picture that is to keep its look: the compressed copy, or the original
+/// without its metadata when that is smaller. An original whose pixels were to be turned or
+/// converted steps in only when the copy is larger than the file was.
+QByteArray smaller(const QByteArray &compressed, const QByteArray &original, const Opened &opened,
+                   const Preserve &preserve)
+{
+    if (!isPlain(opened.image) && compressed.size() <= original.size())
+        return compressed;
+    // An AVIF file tells elsewhere how its pixels are to be turned.
+    const bool needsOrientation = vips_image_get_orientation(opened.image.get_image()) > 1 &&
+                                  opened.info.format != ImageFormat::avif;
+    const auto kept = stripped(original, opened.info.format,
+                               preservedExif(opened.image, preserve, needsOrientation));
+    return kept && kept->size() < compressed.size() ? *kept : compressed;
+}
+
+std::expected<Encoded, CodecError> work(const QByteArray &original, const RequestOptions &options,
+                                        const Opened &opened, qint64 maxPixels,
+                                        const std::atomic_bool &stopped)
+{
+    const PictureInfo &info = opened.info;
+    const QList<ImageFormat> formats =
+        options.convert.isEmpty() ? QList{info.format} : options.convert;
+    if (info.frameCount > 1 && formats != QList{ImageFormat::webp})
+        return fault(CodecFault::unsupported,
+                     u"An animated WebP image cannot be converted without losing its frames."_s);
+
+    const bool keepsFormat = formats == QList{info.format};
+    if (info.format == ImageFormat::jpeg) {
+        const bool keepsPixels = keepsFormat && isPlain(opened.image) &&
+                                 (!options.resize || planResize(info.frame, *options.resize) ==
+                                                         ResizePlan{info.frame, info.frame});
+        const auto direct =
+            keepsPixels
+                ? recompressJpeg(original, preservedExif(opened.image, options.preserve, false),
+                                 stopped)
+                : RecompressedJpeg{isJpegDamaged(original, stopped), {}};
+        if (direct.isDamaged)
+            return damaged();
+        if (!direct.bytes.isEmpty())
+            return Encoded{smaller(direct.bytes, original, opened, options.preserve), info.format,
+                           info.frame};
+    }
+
+    VImage decoded;
+    try {
+        decoded = decodePicture(opened.image, stopped);
+    } catch (const vips::VError &) {
+        vips_error_clear();
+        return damaged();
+    }
+    const PixelSize source{decoded.width(), decoded.height() / info.frameCount};
+    const ResizePlan plan =
+        options.resize ? planResize(source, *options.resize) : ResizePlan{source, source};
+    if (plan.scaled.width * info.frameCount > maxPixels / plan.scaled.height)
+        return fault(CodecFault::badRequest,
+                     u"\"resize\" asks for an image of more than %1 pixels."_s.arg(maxPixels));
+    const bool keepsSize = plan == ResizePlan{source, source};
+    const bool keepsLook = keepsSize && keepsFormat && !(options.background && decoded.has_alpha());
+    const VImage pixels = options.resize && !keepsSize
+                              ? resized(decoded, info, plan, options.resize->method)
+                              : decoded;
+    auto encoded = encodeSmallest(pixels, plan.result, options, formats, stopped);
+    if (encoded && keepsLook)
+        encoded->bytes = smaller(encoded->bytes, original, opened, options.preserve);
+    return encoded;
+}
+
+} // namespace
+
+std::expected<PictureInfo, CodecError> inspect(const QByteArray &original, qint64 maxPixels)
+{
+    startVips();
+    const auto opened = open(original, maxPixels);
+    if (!opened)
+        return Fault(opened.error());
+    return opened->info;
+}
+
+std::expected<Encoded, CodecError> compress(const QByteArray &original,
+                                            const RequestOptions &options, qint64 maxPixels,
+                                            const std::atomic_bool &stopped)
+{
+    startVips();
+    const auto opened = open(original, maxPixels);
+    if (!opened)
+        return Fault(opened.error());
+    std::expected<Encoded, CodecError> result;
+    try {
+        result = work(original, options, *opened, maxPixels, stopped);
+    } catch (const vips::VError &) {
+        vips_error_clear();
+        result = fault(CodecFault::failed, u"The image could not be written."_s);
+    } catch (const std::bad_alloc &) {
+        result = fault(CodecFault::failed, u"There is not enough memory for this image."_s);
+    }
+    if (stopped)
+        return Fault(serviceStopped());
+    return result;
+}
+
+} // namespace pixpress

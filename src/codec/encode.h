@@ -1,0 +1,40 @@
+// SPDX-FileCopyrightText: 2026 The Pixpress authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#pragma once
+
+#include "pictures/codec.h"
+
+#include <vips/vips8>
+
+#include <atomic>
+
+/// From pixels to the bytes of a file. `image` holds what decodePicture() returns; the metadata
+/// that it carries is written. The functions throw vips::VError.
+namespace pixpress {
+
+QByteArray encodePicture(const vips::VImage &image, ImageFormat format,
+                         const std::atomic_bool &stopped);
+
+QByteArray encodePng(const vips::VImage &image, const std::atomic_bool &stopped);
+QByteArray encodeWebp(const vips::VImage &image, const std::atomic_bool &stopped);
+
+/// Whether the decoder would have to make up a part of the picture; libvips does not tell.
+bool isJpegDamaged(const QByteArray &original, const std::atomic_bool &stopped);
+
+struct RecompressedJpeg
+{
+    bool isDamaged = false;
+    QByteArray bytes; ///< Empty when this way is not open for the picture.
+};
+
+/// A smaller JPEG straight from a JPEG, whose pixels need no treatment: what is compressed more
+/// than encodePicture() would is packed better without loss, for another lossy pass would cost
+/// quality for next to nothing. `exif` is written when it is not empty.
+RecompressedJpeg recompressJpeg(const QByteArray &original, const QByteArray &exif,
+                                const std::atomic_bool &stopped);
+
+/// The quality on libjpeg's scale that is written.
+inline constexpr int jpegQuality = 82;
+
+} // namespace pixpress

@@ -1,0 +1,65 @@
+// SPDX-FileCopyrightText: 2026 The Pixpress authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#include "codec/strip.h"
+
+#include <QByteArrayView>
+#include <QtEndian>
+
+#include <zlib.h>
+
+#include <algorithm>
+#include <array>
+
+namespace pixpress {
+
+namespace {
+
+constexpr qsizetype signatureSize = 8;
+constexpr qsizetype identifierSize = 6; // "Exif" and two zeros, which the chunk does not have.
+
+bool isNeeded(QByteArrayView type)
+{
+    // A capital stands for what cannot be left out, such as the pixels and their palette.
+    constexpr std::array<QByteArrayView, 8> colour{"tRNS", "gAMA", "cHRM", "sRGB",
+                                                   "iCCP", "sBIT", "cICP", "mDCv"};
+    return (type.front() & 0x20) == 0 || std::ranges::find(colour, type) != colour.end();
+}
+
+QByteArray exifChunk(const QByteArray &exif)
+{
+    const QByteArray content = "eXIf" + exif.mid(identifierSize);
+    QByteArray chunk(4 + content.size() + 4, '\0');
+    qToBigEndian(static_cast<quint32>(content.size() - 4), chunk.data());
+    chunk.replace(4, content.size(), content);
+    const uLong sum = crc32(0, reinterpret_cast<const Bytef *>(content.constData()),
+                            static_cast<uInt>(content.size()));
+    qToBigEndian(static_cast<quint32>(sum), chunk.data() + chunk.size() - 4);
+    return chunk;
+}
+
+} // namespace
+
+std::optional<QByteArray> strippedPng(const QByteArray &file, const QByteArray &exif)
+{
+    QByteArray result = file.first(std::min(signatureSize, file.size()));
+    qsizetype at = signatureSize;
+    while (at + 12 <= file.size()) {
+        const auto size =
+            12 + static_cast<qsizetype>(qFromBigEndian<quint32>(file.constData() + at));
+        if (size > file.size() - at)
+            return std::nullopt;
+        const QByteArrayView chunk = QByteArrayView(file).sliced(at, size);
+        const QByteArrayView type = chunk.sliced(4, 4);
+        if (isNeeded(type))
+            result.append(chunk.data(), chunk.size());
+        if (type == "IHDR" && !exif.isEmpty())
+            result.append(exifChunk(exif));
+        if (type == "IEND")
+            return result;
+        at += size;
+    }
+    return std::nullopt;
+}
+
+} // namespace pixpress

@@ -1,0 +1,49 @@
+// SPDX-FileCopyrightText: 2026 The Pixpress authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#include "codec/vipslibrary.h"
+
+#include <QtGlobal>
+
+#include <mutex>
+
+namespace pixpress {
+
+namespace {
+
+// C callback of the "eval" signal.
+void onEval(VipsImage *image, VipsProgress *, void *data)
+{
+    if (*static_cast<const std::atomic_bool *>(data))
+        vips_image_set_kill(image, TRUE);
+}
+
+void ignoreMessage(const char *, GLogLevelFlags, const char *, void *) {}
+
+} // namespace
+
+void startVips()
+{
+    static std::once_flag once;
+    std::call_once(once, [] {
+        if (VIPS_INIT("pixpress") != 0)
+            qFatal("libvips does not start: %s", vips_error_buffer());
+        // Such as that a colour description was ignored: nothing that a person could act on.
+        g_log_set_handler("VIPS", G_LOG_LEVEL_WARNING, ignoreMessage, nullptr);
+        // No picture comes twice: a cache of operations would only hold their pixels.
+        vips_cache_set_max(0);
+        vips_operation_block_set("VipsForeignLoad", TRUE);
+        for (const char *loader : {"VipsForeignLoadPng", "VipsForeignLoadJpeg",
+                                   "VipsForeignLoadWebp", "VipsForeignLoadHeif"})
+            vips_operation_block_set(loader, FALSE);
+    });
+}
+
+void stopWith(vips::VImage &image, const std::atomic_bool &stopped)
+{
+    vips_image_set_progress(image.get_image(), TRUE);
+    g_signal_connect(image.get_image(), "eval", G_CALLBACK(onEval),
+                     const_cast<std::atomic_bool *>(&stopped));
+}
+
+} // namespace pixpress

@@ -1,0 +1,49 @@
+// SPDX-FileCopyrightText: 2026 The Pixpress authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#pragma once
+
+#include "model/formats.h"
+#include "pictures/geometry.h"
+
+#include <QByteArray>
+#include <QList>
+#include <QString>
+
+#include <array>
+#include <expected>
+#include <optional>
+
+namespace pixpress {
+
+/// What is kept of a picture's EXIF data; the rest is dropped.
+struct Preserve
+{
+    bool copyright = false; ///< Who made it and who owns it.
+    bool creation = false;  ///< When it was taken.
+    bool location = false;  ///< Where it was taken.
+
+    bool any() const { return copyright || creation || location; }
+    bool operator==(const Preserve &) const = default;
+};
+
+/// What a request asks for beyond plain compression.
+struct RequestOptions
+{
+    using Colour = std::array<quint8, 3>; ///< Red, green, blue (sRGB).
+
+    std::optional<ResizeRequest> resize;
+    QList<ImageFormat> convert; ///< The smallest of these answers; empty: the picture's own format.
+    std::optional<Colour> background; ///< Replaces transparency.
+    Preserve preserve;
+
+    bool operator==(const RequestOptions &) const = default;
+};
+
+/// The longest side that can be asked for. No format here stores more.
+inline constexpr qint64 maxSide = 65'535;
+
+/// Reads the JSON body of a request. The error is a sentence that names the fault.
+std::expected<RequestOptions, QString> parseRequestOptions(const QByteArray &body);
+
+} // namespace pixpress
