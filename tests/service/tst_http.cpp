@@ -6,6 +6,7 @@
 #include "support/scriptedserver.h"
 #include "support/transport.h"
 
+#include <QElapsedTimer>
 #include <QScopeGuard>
 #include <QTcpSocket>
 #include <QTest>
@@ -54,6 +55,7 @@ private Q_SLOTS:
 
     void silence_timesOut_data();
     void silence_timesOut();
+    void silence_endsWhenNothingElseWakesTheClient();
     void trickle_timesOutInTheEnd();
     void brokenPeer_hasItsSentence_data();
     void brokenPeer_hasItsSentence();
@@ -70,6 +72,9 @@ private Q_SLOTS:
     void redirectToAnotherPort_dropsCredentials();
     void endlessRedirect_ends();
     void credentialsInAnAddress_areNotUsed();
+
+    void thisMachine_isNotReachedThroughAProxy();
+    void others_areReachedThroughTheProxy();
 
     void destroyedClient_cancels();
 };
@@ -300,6 +305,17 @@ void HttpTest::silence_timesOut()
     QCOMPARE(result.error().kind, TransportError::Case::timedOut);
 }
 
+void HttpTest::silence_endsWhenNothingElseWakesTheClient()
+{
+    ScriptedServer server(echo);
+    server.hold();
+    HttpClient client({.longestSilence = 1500ms}); // libcurl's own timers are over by then
+    QElapsedTimer timer;
+    timer.start();
+    QCOMPARE(outcome(send(client, get(server.url()))), timedOut);
+    QVERIFY2(timer.elapsed() < 15'000, qPrintable(QString::number(timer.elapsed())));
+}
+
 void HttpTest::trickle_timesOutInTheEnd()
 {
     ScriptedServer server;
@@ -322,6 +338,9 @@ void HttpTest::brokenPeer_hasItsSentence_data()
     QTest::newRow("status line without an end") << QByteArray("HTTP/1.1 200 OK") << lost;
     QTest::newRow("half a head") << QByteArray("HTTP/1.1 200 OK\r\nContent-Le") << lost;
     QTest::newRow("head without an end") << QByteArray("HTTP/1.1 200 OK\r\nX: y\r\n") << lost;
+    QTest::newRow("half a head after an interim one")
+        << QByteArray("HTTP/1.1 103 Early Hints\r\nLink: x\r\n\r\nHTTP/1.1 200 OK\r\nX: y\r\n")
+        << lost;
     QTest::newRow("half a body") << QByteArray("HTTP/1.1 200 OK\r\nContent-Length: 9\r\n\r\nabc")
                                  << lost;
     QTest::newRow("half a chunk")
@@ -425,7 +444,9 @@ void HttpTest::redirect()
                       .headers = {{"Location", target.url(u"/there"_s).toEncoded()}}};
     });
     HttpClient client({});
-    const HttpResult result = send(client, posts ? post(server.url(), "body") : get(server.url()));
+    HttpRequest request = posts ? post(server.url(), "body") : get(server.url());
+    request.contentType = posts ? "text/plain" : "";
+    const HttpResult result = send(client, request);
     QCOMPARE(test::outcome(result), outcome);
     QCOMPARE(server.requests.size(), 1);
     QByteArrayList methods;
@@ -433,6 +454,7 @@ void HttpTest::redirect()
         methods.append(request.method);
         QCOMPARE(request.target, "/there");
         QVERIFY(request.body.isEmpty());
+        QVERIFY(!request.headers.contains("content-type"));
     }
     QCOMPARE(methods.join(' '), seen);
 }
@@ -500,6 +522,34 @@ void HttpTest::credentialsInAnAddress_areNotUsed()
     url.setUserInfo(u"somebody:else"_s);
     QCOMPARE(outcome(send(client, get(url))), u"200"_s);
     QVERIFY(!server.requests[0].headers.contains("authorization"));
+}
+
+void HttpTest::thisMachine_isNotReachedThroughAProxy()
+{
+    ScriptedServer server(echo);
+    ScriptedServer proxy([](const Request &) { return Answer{.status = 502}; });
+    qputenv("http_proxy", proxy.url().toEncoded());
+    const auto restore = qScopeGuard([] { qunsetenv("http_proxy"); });
+    HttpClient client({});
+    QCOMPARE(outcome(send(client, get(server.url()))), u"200"_s);
+    QCOMPARE(proxy.connections, 0);
+}
+
+void HttpTest::others_areReachedThroughTheProxy()
+{
+    ScriptedServer proxy;
+    QByteArray asked;
+    proxy.setRaw([&](QTcpSocket &socket, const QByteArray &received) {
+        asked = received;
+        socket.write("HTTP/1.1 403 Forbidden\r\n\r\n");
+        socket.disconnectFromHost();
+    });
+    qputenv("https_proxy", proxy.url().toEncoded());
+    const auto restore = qScopeGuard([] { qunsetenv("https_proxy"); });
+    HttpClient client({});
+    QVERIFY(!send(client, get(QUrl(u"https://pictures.invalid/"_s), "Basic c2VjcmV0")));
+    QVERIFY2(asked.startsWith("CONNECT pictures.invalid:443 HTTP/1.1\r\n"), asked);
+    QVERIFY(!asked.contains("c2VjcmV0"));
 }
 
 void HttpTest::destroyedClient_cancels()

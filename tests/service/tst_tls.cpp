@@ -15,19 +15,19 @@
 #include <QTest>
 #include <QTimer>
 
+#include <limits>
+
 using namespace pixpress;
 using namespace pixpress::test;
 using namespace std::chrono_literals;
 using namespace Qt::StringLiterals;
 
-/// An https server on 127.0.0.1 that answers every request alike, and pauses before it shakes hands
-/// and before it answers.
+/// An https server on 127.0.0.1 that answers every request alike.
 class HttpsServer : public QSslServer
 {
 public:
-    HttpsServer(const QString &certificate, const QString &key, const Answer &answer,
-                std::chrono::milliseconds pause = {})
-        : m_pause(pause)
+    HttpsServer(const QString &certificate, const QString &key, Answer answerToAll = {})
+        : answer(std::move(answerToAll))
     {
         QSslConfiguration configuration = QSslConfiguration::defaultConfiguration();
         QFile keyFile(key);
@@ -36,12 +36,13 @@ public:
         configuration.setLocalCertificateChain(QSslCertificate::fromPath(certificate));
         configuration.setPrivateKey(QSslKey(&keyFile, QSsl::Rsa));
         setSslConfiguration(configuration);
-        connect(this, &QSslServer::pendingConnectionAvailable, this, [this, answer] {
+        connect(this, &QSslServer::pendingConnectionAvailable, this, [this] {
             QTcpSocket *socket = nextPendingConnection();
-            connect(socket, &QTcpSocket::readyRead, this, [this, socket, answer] {
+            connect(socket, &QTcpSocket::readyRead, this, [this, socket] {
                 received += socket->readAll();
                 if (received.endsWith("\r\n\r\n"))
-                    QTimer::singleShot(m_pause, socket, [=] { socket->write(toBytes(answer)); });
+                    QTimer::singleShot(pause, socket,
+                                       [=, this] { socket->write(toBytes(answer)); });
             });
         });
         if (!listen(QHostAddress::LocalHost))
@@ -50,16 +51,19 @@ public:
 
     QUrl url() const { return QUrl(u"https://127.0.0.1:%1/"_s.arg(serverPort())); }
 
+    Answer answer;
+    std::chrono::milliseconds pause{0}; ///< Before it shakes hands, and before it answers.
+    int connectionsWithTls = std::numeric_limits<int>::max(); ///< Later ones are in plain.
     QByteArray received;
 
 protected:
     void incomingConnection(qintptr socket) override
     {
-        QTimer::singleShot(m_pause, this, [=, this] { QSslServer::incomingConnection(socket); });
+        if (connectionsWithTls-- > 0)
+            QTimer::singleShot(pause, this, [=, this] { QSslServer::incomingConnection(socket); });
+        else
+            QTcpServer::incomingConnection(socket);
     }
-
-private:
-    std::chrono::milliseconds m_pause;
 };
 
 class TlsTest : public QObject
@@ -71,6 +75,7 @@ private Q_SLOTS:
     void certificate_decidesWhetherAnythingIsSent_data();
     void certificate_decidesWhetherAnythingIsSent();
     void redirectToThisMachineInPlain_dropsCredentials();
+    void redirectToPlainOnTheSamePort_dropsCredentials();
     void unreadableTrust_hasItsSentence();
     void onlyHttp11_isOffered();
     void connectingAndWaiting_haveASilenceEach();
@@ -156,6 +161,20 @@ void TlsTest::redirectToThisMachineInPlain_dropsCredentials()
     QVERIFY(!plain.requests[0].headers.contains("authorization"));
 }
 
+void TlsTest::redirectToPlainOnTheSamePort_dropsCredentials()
+{
+    HttpsServer server(path(u"good.pem"_s), path(u"good.key"_s));
+    QUrl plain = server.url();
+    plain.setScheme(u"http"_s);
+    server.answer = {.status = 302, .headers = {{"Location", plain.toEncoded()}}};
+    server.connectionsWithTls = 1;
+    HttpClient client({.caBundle = path(u"ca.pem"_s)});
+    QCOMPARE(outcome(send(client, get(server.url(), "Basic c2VjcmV0"))),
+             u"The server redirected the request too often."_s);
+    QCOMPARE(server.received.count("GET / HTTP/1.1\r\n"), 11);
+    QCOMPARE(server.received.count("Basic c2VjcmV0"), 1);
+}
+
 void TlsTest::unreadableTrust_hasItsSentence()
 {
     const HttpsServer server(path(u"good.pem"_s), path(u"good.key"_s), {});
@@ -183,10 +202,9 @@ void TlsTest::onlyHttp11_isOffered()
 
 void TlsTest::connectingAndWaiting_haveASilenceEach()
 {
-    constexpr auto silence = 1500ms;
-    constexpr auto pause = 1000ms; // two of them are longer
-    const HttpsServer server(path(u"good.pem"_s), path(u"good.key"_s), {}, pause);
-    HttpClient client({.caBundle = path(u"ca.pem"_s), .longestSilence = silence});
+    HttpsServer server(path(u"good.pem"_s), path(u"good.key"_s));
+    server.pause = 1000ms; // two of them are longer than the silence
+    HttpClient client({.caBundle = path(u"ca.pem"_s), .longestSilence = 1500ms});
     QCOMPARE(outcome(send(client, get(server.url()))), u"200"_s);
 }
 
