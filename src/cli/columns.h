@@ -3,11 +3,11 @@
 
 #pragma once
 
-#include <QList>
 #include <QString>
 
 #include <algorithm>
 #include <cwchar>
+#include <string>
 
 /// Texts measured as a terminal shows them: most characters of East Asian scripts take two columns,
 /// combining ones none.
@@ -21,7 +21,7 @@ inline qsizetype columnsOf(char32_t character)
 inline qsizetype columnsOf(const QString &text)
 {
     qsizetype columns = 0;
-    for (const char32_t character : text.toUcs4())
+    for (const char32_t character : text.toStdU32String())
         columns += columnsOf(character);
     return columns;
 }
@@ -29,14 +29,13 @@ inline qsizetype columnsOf(const QString &text)
 /// The longest beginning that takes no more columns.
 inline QString cutToColumns(const QString &text, qsizetype columns)
 {
-    const QList<uint> characters = text.toUcs4();
+    std::u32string characters = text.toStdU32String();
     const auto end = std::ranges::find_if(characters, [&](char32_t character) {
         columns -= columnsOf(character);
         return columns < 0;
     });
-    static_assert(sizeof(uint) == sizeof(char32_t));
-    return QString::fromUcs4(reinterpret_cast<const char32_t *>(characters.constData()),
-                             end - characters.begin());
+    characters.erase(end, characters.end());
+    return QString::fromStdU32String(characters);
 }
 
 /// Filled up with blanks to so many columns.

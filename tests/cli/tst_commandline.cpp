@@ -9,6 +9,7 @@
 #include <QFileInfo>
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <QRegularExpression>
 #include <QTest>
 
 #include <csignal>
@@ -33,9 +34,12 @@ private Q_SLOTS:
     void output_goesIntoTheFolder();
     void overwrite_replacesTheFile();
     void options_reachTheService();
+    void oneSide_isEnough();
     void preserve_keepsWhatIsNamed_data();
     void preserve_keepsWhatIsNamed();
     void names_areLinedUpByColumns();
+    void longName_doesNotPushTheOthersAway();
+    void largerResult_isToldAsLarger();
     void json_isOneObjectALine();
     void failures_areReportedAndFail_data();
     void failures_areReportedAndFail();
@@ -168,6 +172,14 @@ void CommandLineTest::options_reachTheService()
     QVERIFY(jpeg.contains(QByteArray::fromHex("ffc2001108001e0028")));
 }
 
+void CommandLineTest::oneSide_isEnough()
+{
+    m_program->copySample(u"paper balloon.png"_s, u"a.png"_s);
+    QCOMPARE(m_program->run({u"--height"_s, u"30"_s, u"a.png"_s}).status, 0);
+    // The height stands in the header chunk, which comes first.
+    QCOMPARE(m_program->content(u"a-pixpress.png"_s).mid(20, 4), QByteArray::fromHex("0000001e"));
+}
+
 void CommandLineTest::preserve_keepsWhatIsNamed_data()
 {
     QTest::addColumn<QStringList>("arguments");
@@ -202,6 +214,24 @@ void CommandLineTest::names_areLinedUpByColumns()
     const Outcome outcome = m_program->run({u"写真.png"_s, u"a.png"_s});
     QVERIFY2(outcome.out.contains("写真.png  Failed: "), outcome.out);
     QVERIFY2(outcome.out.contains("a.png     Failed: "), outcome.out);
+}
+
+void CommandLineTest::longName_doesNotPushTheOthersAway()
+{
+    const QString name = QString(60, u'x') + u".png"_s;
+    const Outcome outcome = m_program->run({name, u"a.png"_s});
+    QVERIFY2(outcome.out.contains(name.toUtf8() + "  Failed: "), outcome.out);
+    QVERIFY2(outcome.out.contains("a.png" + QByteArray(35, ' ') + "  Failed: "), outcome.out);
+}
+
+void CommandLineTest::largerResult_isToldAsLarger()
+{
+    m_program->copySample(u"lake at dusk.jpg"_s, u"a.jpg"_s);
+    const Outcome outcome = m_program->run({u"--convert"_s, u"png"_s, u"a.jpg"_s});
+    QVERIFY2(outcome.status == 0, outcome.out + outcome.err);
+    QVERIFY(m_program->content(u"a-pixpress.png"_s).size() > m_program->content(u"a.jpg"_s).size());
+    const QRegularExpression larger(u" [1-9]\\d*% larger\\b"_s);
+    QCOMPARE(QString::fromUtf8(outcome.out).count(larger), 2); // of the file, and in all
 }
 
 void CommandLineTest::json_isOneObjectALine()
@@ -297,6 +327,12 @@ void CommandLineTest::fileNameCannotSteerTheTerminal()
     QCOMPARE(outcome.status, 1);
     QVERIFY(!outcome.out.contains('\033'));
     QVERIFY(outcome.out.contains("?]0;owned?.png"));
+
+    m_program->copySample(u"island map.png"_s, u"\033[2J.png"_s);
+    const Outcome completed = m_program->run({u"\033[2J.png"_s});
+    QCOMPARE(completed.status, 0);
+    QVERIFY(!completed.out.contains('\033'));
+    QVERIFY(completed.out.contains("?[2J-pixpress.png"));
 }
 
 void CommandLineTest::withoutLocale_worksWithAnyName()
