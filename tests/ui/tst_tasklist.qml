@@ -146,7 +146,7 @@ ViewTest {
 
     function test_row_changesInPlaceAndKeepsItsView() {
         stage.hold();
-        stage.app.handleDrop([stage.file("a.png"), stage.file("b.png")]);
+        stage.app.handleDrop([stage.file("changing.png"), stage.file("b.png")]);
         const view = show(component);
         const first = rows(view)[0];
         tryVerify(() => texts(findChild(first, "status")) === "Compressing");
@@ -155,6 +155,9 @@ ViewTest {
         stage.release();
         tryVerify(() => findChild(first, "savings")?.visible ?? false);
         compare(rows(view)[0], first);
+        verify(first.summary.endsWith(", saved 600 bytes"), first.summary);
+        first.reveal();
+        compare(stage.revealed[0].toString(), stage.file("changing.png").toString().replace(".png", "-pixpress.png"));
         tryVerify(() => !stage.app.appState.compressionQueue.hasActiveTasks);
     }
 
