@@ -259,4 +259,16 @@ ViewTest {
         keyClick(Qt.Key_Space);
         tryVerify(() => configured());
     }
+
+    function test_card_castsASoftShadowDownwards() {
+        const view = show(component);
+        const card = findChild(view, "card");
+        const image = painted(card);
+        const darkness = y => Theme.windowBackground.r - image.pixel(card.width / 2, y).r;
+        verify(darkness(card.height + 1) > 0.02, darkness(card.height + 1));
+        verify(darkness(card.height + 1) > darkness(card.height + 8));
+        verify(darkness(card.height + 8) > 0);
+        compare(darkness(card.height + 4 + 12 + 2), 0);
+        verify(darkness(-1) < darkness(card.height + 1), "it lies lower than the card");
+    }
 }

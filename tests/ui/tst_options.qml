@@ -197,6 +197,8 @@ ViewTest {
         fill(view, "resizeWidth", "1a-2.b3 ");
         compare(entry(view, "resizeWidth").text, "123");
         compare(options().width, "123");
+        fill(view, "resizeWidth", "12345678901");
+        compare(entry(view, "resizeWidth").text, "123456789"); // which is all that fits a number
     }
 
     function test_switchedOffAndOn_keepsTheFields() {
@@ -264,6 +266,20 @@ ViewTest {
         compare(options().backgroundText, row.colour);
     }
 
+    function test_swatch_isTakenAndClosesTheChoice() {
+        const view = show(component);
+        options().convertEnabled = true;
+        options().convertFormat = 1;
+        mouseClick(findChild(view, "background"));
+        found("hex");
+        const swatches = withRole(root.Window.contentItem, Accessible.RadioButton);
+        compare(swatches.length, 40);
+        const colour = swatches[20].color.toString();
+        mouseClick(swatches[20]);
+        compare(options().backgroundText, colour);
+        tryVerify(() => find("hex") === null);
+    }
+
     function test_folderWithALineBreakInItsName_isShownOnOneLine() {
         const view = show(component);
         options().destination = 2;
@@ -324,6 +340,19 @@ ViewTest {
         }
         compare(names, ["Enable Resize", "Method", "Width", "Height", "Convert Format", "Convert to", "Background", "Copyright", "Creation Date", "GPS Location", "Save to", "Choose…"]);
         compare(root.Window.activeFocusItem, findChild(view, "resizeEnabled"));
+    }
+
+    function test_tabBackwards_scrollsNoFurtherThanItMust() {
+        const view = show(component, { height: 300 });
+        const form = findChild(view, "form");
+        findChild(view, "resizeEnabled").forceActiveFocus(Qt.TabFocusReason);
+        keyClick(Qt.Key_Backtab); // to the last
+        tryVerify(() => form.contentY > 100);
+        const end = form.contentY;
+        for (let i = 0; i < 10 && form.contentY === end; ++i)
+            keyClick(Qt.Key_Backtab);
+        verify(form.contentY > 0 && form.contentY < end, form.contentY);
+        compare(placeOf(root.Window.activeFocusItem, view).y, 16);
     }
 
     function test_change_takesEffectForTheNextFiles() {

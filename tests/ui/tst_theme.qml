@@ -9,6 +9,15 @@ ViewTest {
 
     name: "Theme"
 
+    Component {
+        id: symbolComponent
+
+        Symbol {
+            name: "folder.fill"
+            size: 40
+        }
+    }
+
     function cleanup() {
         stage.setDark(false);
     }
@@ -91,6 +100,13 @@ ViewTest {
                 verify(ratio >= 4.5, (dark ? "dark " : "light ") + ratio.toFixed(2));
             }
         }
+    }
+
+    function test_symbol_isPaintedInItsColourAndAnewInAnother() {
+        const symbol = show(symbolComponent, { color: "#ff0000" });
+        compare(painted(symbol).pixel(20, 24), "#ff0000");
+        symbol.color = "#00ff00";
+        tryVerify(() => Qt.colorEqual(painted(symbol).pixel(20, 24), "#00ff00"));
     }
 
     function test_scheme_switchesLive() {
