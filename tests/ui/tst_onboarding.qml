@@ -270,5 +270,8 @@ ViewTest {
         verify(darkness(card.height + 8) > 0);
         compare(darkness(card.height + 4 + 12 + 2), 0);
         verify(darkness(-1) < darkness(card.height + 1), "it lies lower than the card");
+        const beside = x => Theme.windowBackground.r - image.pixel(x, card.height / 2).r;
+        verify(beside(card.width + 1) > 0.02, beside(card.width + 1));
+        verify(beside(card.width + 11) < 0.01, "it fades out: " + beside(card.width + 11));
     }
 }
