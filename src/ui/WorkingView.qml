@@ -134,11 +134,17 @@ Item {
         anchors.fill: parent
         active: false
         sourceComponent: Item {
+            id: presentation
+
             property bool isClosing: false
 
-            function close() {
-                if (!isClosing)
-                    sheet.close();
+            Connections {
+                target: root.app.appState
+
+                function onShowSettingsChanged() {
+                    if (!root.app.appState.showSettings && !presentation.isClosing)
+                        sheet.close();
+                }
             }
 
             SettingsView {
@@ -148,7 +154,7 @@ Item {
                 visible: true
                 // At once, so that asking for the settings while the sheet fades counts again.
                 onAboutToHide: {
-                    parent.isClosing = true;
+                    presentation.isClosing = true;
                     root.app.appState.showSettings = false;
                 }
                 onClosed: {
@@ -165,8 +171,6 @@ Item {
             function onShowSettingsChanged() {
                 if (root.app.appState.showSettings)
                     settings.active = true;
-                else
-                    settings.item.close();
             }
         }
     }
