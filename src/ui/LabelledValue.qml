@@ -12,7 +12,6 @@ FormRow {
     required property int value
     property color valueColor: Theme.primary
 
-    implicitHeight: 32 // less than other rows have: so all of the tab fits into its sheet
     Accessible.role: Accessible.StaticText
     Accessible.name: label + " " + value
 

@@ -36,8 +36,6 @@ ColumnLayout {
             valueColor: root.remaining < 50 ? Theme.redText : Theme.greenText
         }
         FormRow {
-            implicitHeight: 32
-
             QuotaBarView {
                 width: parent.width
                 quotaTracker: root.quotaTracker
@@ -68,5 +66,6 @@ ColumnLayout {
 
     Item {
         Layout.fillHeight: true
+        Layout.topMargin: -root.spacing // the rows above take all of the sheet
     }
 }

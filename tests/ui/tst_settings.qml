@@ -222,9 +222,10 @@ ViewTest {
         opened(1);
         const help = withText(sheet(), "This only resets the local display. The actual count is tracked by TinyPNG's servers and synced on next compression.");
         verify(!help.truncated);
-        const box = help.parent.parent.parent.parent.parent;
-        const bottom = placeOf(box, sheet()).bottom;
-        verify(bottom <= 380 - 8, bottom);
+        compare(["used", "limit", "remainingRow"].map(name => find(name).height), [36, 36, 36]);
+        const bottom = placeOf(help, sheet()).bottom + 7; // of the box around it
+        verify(bottom <= 380 - 16, bottom);
+        compare(sheet().height, 380);
     }
 
     function test_newMonth_showsWithACountOfZero() {
