@@ -66,7 +66,21 @@ Item {
                     spacing: 0
 
                     Loader {
-                        sourceComponent: root.app.tasks.count === 0 ? dropZone : taskList
+                        active: root.app.tasks.count === 0
+                        visible: active
+                        sourceComponent: DropZoneView {
+                            app: root.app
+                            isTargeted: root.isDropTargeted
+                        }
+                        Layout.fillWidth: true
+                        Layout.fillHeight: true
+                    }
+
+                    LateView {
+                        app: root.app
+                        view: "TaskListView"
+                        active: root.app.tasks.count > 0
+                        visible: active
                         Layout.fillWidth: true
                         Layout.fillHeight: true
                     }
@@ -85,23 +99,6 @@ Item {
                     }
                 }
             }
-        }
-    }
-
-    Component {
-        id: dropZone
-
-        DropZoneView {
-            app: root.app
-            isTargeted: root.isDropTargeted
-        }
-    }
-
-    Component {
-        id: taskList
-
-        TaskListView {
-            app: root.app
         }
     }
 
@@ -128,46 +125,35 @@ Item {
         }
     }
 
-    Loader {
+    LateView {
         id: settings
 
         anchors.fill: parent
+        app: root.app
+        view: "SettingsSheet"
         active: false
-        sourceComponent: Item {
-            property bool isClosing: false
+    }
 
-            function close() {
-                if (!isClosing)
-                    sheet.close();
-            }
+    Connections {
+        target: settings.item
+        ignoreUnknownSignals: true
 
-            SettingsView {
-                id: sheet
-
-                app: root.app
-                visible: true
-                // At once, so that asking for the settings while the sheet fades counts again.
-                onAboutToHide: {
-                    parent.isClosing = true;
-                    root.app.appState.showSettings = false;
-                }
-                onClosed: {
-                    settings.active = false;
-                    settings.active = root.app.appState.showSettings;
-                }
-            }
-        }
-        Component.onCompleted: active = root.app.appState.showSettings
-
-        Connections {
-            target: root.app.appState
-
-            function onShowSettingsChanged() {
-                if (root.app.appState.showSettings)
-                    settings.active = true;
-                else
-                    settings.item.close();
-            }
+        function onClosed() {
+            settings.active = false;
+            settings.active = root.app.appState.showSettings;
         }
     }
+
+    Connections {
+        target: root.app.appState
+
+        function onShowSettingsChanged() {
+            if (root.app.appState.showSettings)
+                settings.active = true;
+            else
+                settings.item.close();
+        }
+    }
+
+    Component.onCompleted: settings.active = root.app.appState.showSettings
 }
