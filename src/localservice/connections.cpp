@@ -3,6 +3,8 @@
 
 #include "localservice/connections.h"
 
+#include <QThreadPool>
+
 #include <algorithm>
 #include <thread>
 
@@ -25,26 +27,31 @@ struct ConnectionServer::Connection
     bool isIdle = false;
 };
 
-/// Counts the connections that wait for a thread too, and makes room for them.
-class ConnectionServer::Workers final : public httplib::ThreadPool
+/// Counts the connections that wait for a thread too, and makes room for them. Threads begin when
+/// they are needed, where the library's pool would begin all of them with the program.
+class ConnectionServer::Workers final : public httplib::TaskQueue
 {
 public:
-    explicit Workers(ConnectionServer &server)
-        : httplib::ThreadPool(server.m_limits.threads), m_server(server)
+    explicit Workers(ConnectionServer &server) : m_server(server)
     {
+        m_pool.setMaxThreadCount(static_cast<int>(server.m_limits.threads));
+        m_pool.setExpiryTimeout(-1); // or they would wake up to end
     }
 
     void enqueue(std::function<void()> task) override
     {
         if (m_server.makeRoom())
-            return httplib::ThreadPool::enqueue(std::move(task));
+            return m_pool.start(std::move(task));
         isRefusing = true;
         task();
         isRefusing = false;
     }
 
+    void shutdown() override { m_pool.waitForDone(); }
+
 private:
     ConnectionServer &m_server;
+    QThreadPool m_pool;
 };
 
 ConnectionServer::ConnectionServer(const ConnectionLimits &limits) : m_limits(limits)

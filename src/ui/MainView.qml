@@ -16,21 +16,19 @@ Item {
     required property PixpressApp app
     readonly property bool isDropTargeted: working.item?.isDropTargeted ?? false
 
-    Loader {
+    LateView {
         anchors.fill: parent
+        app: root.app
+        view: "OnboardingView"
         active: !root.app.appState.isAPIKeyConfigured
-        sourceComponent: OnboardingView {
-            app: root.app
-        }
     }
 
-    Loader {
+    LateView {
         id: working
 
         anchors.fill: parent
+        app: root.app
+        view: "WorkingView"
         active: root.app.appState.isAPIKeyConfigured
-        sourceComponent: WorkingView {
-            app: root.app
-        }
     }
 }

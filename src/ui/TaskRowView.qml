@@ -72,6 +72,13 @@ Item {
     Keys.onSpacePressed: act()
     Keys.onMenuPressed: menu.open(true)
 
+    // The list's own colour once more. It ends what changed at each row: without it the software
+    // renderer adds up the rectangles of all texts in view, which takes it longer than to paint.
+    Rectangle {
+        anchors.fill: parent
+        color: Theme.contentBackground
+    }
+
     Item { // so much larger than the row's content that the ring touches neither it nor the lines
         anchors.fill: row
         anchors.leftMargin: -4

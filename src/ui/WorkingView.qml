@@ -66,7 +66,21 @@ Item {
                     spacing: 0
 
                     Loader {
-                        sourceComponent: root.app.tasks.count === 0 ? dropZone : taskList
+                        active: root.app.tasks.count === 0
+                        visible: active
+                        sourceComponent: DropZoneView {
+                            app: root.app
+                            isTargeted: root.isDropTargeted
+                        }
+                        Layout.fillWidth: true
+                        Layout.fillHeight: true
+                    }
+
+                    LateView {
+                        app: root.app
+                        view: "TaskListView"
+                        active: root.app.tasks.count > 0
+                        visible: active
                         Layout.fillWidth: true
                         Layout.fillHeight: true
                     }
@@ -85,23 +99,6 @@ Item {
                     }
                 }
             }
-        }
-    }
-
-    Component {
-        id: dropZone
-
-        DropZoneView {
-            app: root.app
-            isTargeted: root.isDropTargeted
-        }
-    }
-
-    Component {
-        id: taskList
-
-        TaskListView {
-            app: root.app
         }
     }
 
@@ -128,50 +125,33 @@ Item {
         }
     }
 
-    Loader {
+    LateView {
         id: settings
 
         anchors.fill: parent
+        app: root.app
+        view: "SettingsSheet"
         active: false
-        sourceComponent: Item {
-            id: presentation
+    }
 
-            property bool isClosing: false
+    Connections {
+        target: settings.item
+        ignoreUnknownSignals: true // which the linter cannot know of an item that comes later
 
-            Connections {
-                target: root.app.appState
-
-                function onShowSettingsChanged() {
-                    if (!root.app.appState.showSettings && !presentation.isClosing)
-                        sheet.close();
-                }
-            }
-
-            SettingsView {
-                id: sheet
-
-                app: root.app
-                visible: true
-                // At once, so that asking for the settings while the sheet fades counts again.
-                onAboutToHide: {
-                    presentation.isClosing = true;
-                    root.app.appState.showSettings = false;
-                }
-                onClosed: {
-                    settings.active = false;
-                    settings.active = root.app.appState.showSettings;
-                }
-            }
-        }
-        Component.onCompleted: active = root.app.appState.showSettings
-
-        Connections {
-            target: root.app.appState
-
-            function onShowSettingsChanged() {
-                if (root.app.appState.showSettings)
-                    settings.active = true;
-            }
+        function onClosed() {
+            settings.active = false;
+            settings.active = root.app.appState.showSettings;
         }
     }
+
+    Connections {
+        target: root.app.appState
+
+        function onShowSettingsChanged() {
+            if (root.app.appState.showSettings)
+                settings.active = true;
+        }
+    }
+
+    Component.onCompleted: settings.active = root.app.appState.showSettings
 }

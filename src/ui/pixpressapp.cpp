@@ -6,9 +6,14 @@
 #include "ui/intake.h"
 
 #include <QQmlApplicationEngine>
+#include <QQmlComponent>
 #include <QQuickWindow>
+#include <QTimer>
+
+#include <chrono>
 
 using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
 
 namespace pixpress {
 
@@ -29,6 +34,18 @@ PixpressApp::PixpressApp(SettingsStore &settings, const ServiceConfig &service, 
 
 PixpressApp::~PixpressApp() = default;
 
+/// By then the window shows, also on a slow machine.
+constexpr auto readAheadDelay = 300ms;
+
+/// Reads in the background what the window has not needed yet, so that the first drop does not have
+/// to wait for it. The components keep it.
+static void readAhead(QQmlEngine *engine)
+{
+    for (const auto *view : {"TaskListView", "SettingsSheet"})
+        new QQmlComponent(engine, QUrl(u"qrc:/qt/qml/Pixpress/%1.qml"_s.arg(QLatin1String(view))),
+                          QQmlComponent::Asynchronous, engine);
+}
+
 bool PixpressApp::show(QQmlApplicationEngine &engine)
 {
     engine.addImportPath(u"qrc:/qt/qml"_s);
@@ -38,6 +55,7 @@ bool PixpressApp::show(QQmlApplicationEngine &engine)
     if (!window)
         return false;
     m_panels.setWindow(&engine, window);
+    QTimer::singleShot(readAheadDelay, &engine, [&engine] { readAhead(&engine); });
     // Once the window exists: also when it was started from a terminal it shall be in front.
     QMetaObject::invokeMethod(
         window,

@@ -1,0 +1,18 @@
+// SPDX-FileCopyrightText: 2026 The Pixpress authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+import QtQuick
+import Pixpress
+
+/// A view that is not even read before it becomes active: what is not seen at the start must not
+/// delay the window.
+Loader {
+    id: root
+
+    required property PixpressApp app ///< For the view.
+    required property string view ///< The name of its file.
+
+    Component.onCompleted: setSource(root.view + ".qml", {
+        app: root.app
+    })
+}
