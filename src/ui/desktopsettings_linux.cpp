@@ -39,6 +39,9 @@ DesktopSettings::DesktopSettings()
     QDBusConnection bus = QDBusConnection::sessionBus();
     if (!bus.isConnected())
         return;
+    // The slot's parameter is known by its name alone, and only from here on; a connection that is
+    // made before delivers nothing.
+    qRegisterMetaType<QDBusVariant>();
     bus.connect(service, path, settingsInterface, u"SettingChanged"_s, this,
                 SLOT(onSettingChanged(QString, QString, QDBusVariant)));
     for (const auto &[group, name] :

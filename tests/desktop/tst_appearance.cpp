@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Pixpress authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-#include "desktop.h"
+#include "program.h"
 #include "ui/desktopsettings.h"
 
 #include <QDBusConnection>
@@ -53,6 +53,7 @@ private Q_SLOTS:
     void cleanupTestCase();
 
     void preferences_areReadAndFollowed();
+    void window_followsTheColourScheme();
 
 private:
     Desktop m_desktop;
@@ -97,6 +98,20 @@ void AppearanceTest::preferences_areReadAndFollowed()
     m_portal.change(m_appearance, u"color-scheme"_s, 1U);
     QTRY_COMPARE(settings.prefersDark(), std::optional(true));
     QCOMPARE(changed.size(), 1);
+}
+
+void AppearanceTest::window_followsTheColourScheme()
+{
+    m_portal.change(m_appearance, u"color-scheme"_s, 1U);
+    Program program(m_desktop, QStringLiteral(PIXPRESS_OFFLINE));
+    QVERIFY(program.isInFront());
+    const auto ground = [&] { return qGray(program.picture().pixel(3, 3)); };
+    QTRY_VERIFY_WITH_TIMEOUT(ground() < 60, patience);
+    m_portal.change(m_appearance, u"color-scheme"_s, 2U);
+    QTRY_VERIFY_WITH_TIMEOUT(ground() > 200, patience);
+    m_portal.change(m_appearance, u"color-scheme"_s, 1U);
+    QTRY_VERIFY_WITH_TIMEOUT(ground() < 60, patience);
+    QCOMPARE(program.errors(), "");
 }
 
 QTEST_GUILESS_MAIN(AppearanceTest)
