@@ -94,9 +94,16 @@ bool Desktop::startServer()
 bool Desktop::startWindowManager()
 {
     m_windowManager.setProcessEnvironment(environment());
-    m_windowManager.start(u"openbox"_s, {u"--sm-disable"_s});
-    const bool isReady =
-        QTest::qWaitFor([this] { return m_display->hasWindowManager(); }, patience);
+    // It tells other clients too early that it is there: windows that appear before it has begun
+    // are lost on it.
+    m_windowManager.start(u"openbox"_s, {u"--sm-disable"_s, u"--startup"_s, u"echo ready"_s});
+    QByteArray output;
+    const bool isReady = QTest::qWaitFor(
+        [&] {
+            output += m_windowManager.readAll();
+            return output.endsWith("ready\n");
+        },
+        patience);
     restPointer();
     return isReady;
 }

@@ -28,14 +28,6 @@ XDisplay::XDisplay(const QByteArray &name)
     m_root = xcb_setup_roots_iterator(xcb_get_setup(m_connection.get())).data->root;
 }
 
-bool XDisplay::hasWindowManager() const
-{
-    // The property may be left over from one that has ended: its window must name itself too.
-    const char *const check = "_NET_SUPPORTING_WM_CHECK";
-    const QList<quint32> window = numbers(m_root, check);
-    return !window.isEmpty() && numbers(window.first(), check) == window;
-}
-
 XDisplay::Window XDisplay::windowOf(qint64 processId) const
 {
     for (const Window window : numbers(m_root, "_NET_CLIENT_LIST")) {

@@ -24,8 +24,6 @@ public:
     /// `name` like ":1". The X server must be running.
     explicit XDisplay(const QByteArray &name);
 
-    /// Whether a window manager says of itself that it is ready.
-    bool hasWindowManager() const;
     /// The window that the window manager keeps for a process; 0 when there is none yet.
     Window windowOf(qint64 processId) const;
     Window activeWindow() const;
