@@ -33,5 +33,5 @@ function(pixpress_test topic)
     add_test(NAME ${folder}/${topic} COMMAND ${target})
     set_tests_properties(${folder}/${topic} PROPERTIES TIMEOUT 300
         ENVIRONMENT
-        "LC_ALL=C.UTF-8;TSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/tools/tsan.supp:die_after_fork=0:ignore_noninstrumented_modules=1")
+        "LC_ALL=C.UTF-8;LSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/tools/lsan.supp:print_suppressions=0;TSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/tools/tsan.supp:die_after_fork=0:ignore_noninstrumented_modules=1")
 endfunction()

@@ -80,8 +80,15 @@ Desktop::Desktop()
 
     bindToBenchmark(m_windowManager);
     m_windowManager.setProcessEnvironment(environment());
-    m_windowManager.start(u"openbox"_s, {u"--sm-disable"_s});
-    waitUntil(u"openbox starts"_s, [this] { return m_display->hasWindowManager(); });
+    // It tells other clients too early that it is there: windows that appear before it has begun
+    // are lost on it.
+    m_windowManager.start(u"openbox"_s, {u"--sm-disable"_s, u"--startup"_s, u"echo ready"_s});
+    QByteArray output;
+    waitUntil(u"openbox starts"_s, [&] {
+        m_windowManager.waitForReadyRead(0);
+        output += m_windowManager.readAll();
+        return output.endsWith("ready\n");
+    });
 }
 
 Desktop::~Desktop()

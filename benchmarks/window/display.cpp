@@ -34,14 +34,6 @@ Display::Display(const QByteArray &name)
     m_root = xcb_setup_roots_iterator(xcb_get_setup(m_connection.get())).data->root;
 }
 
-bool Display::hasWindowManager() const
-{
-    // The property may be left over from one that has ended: its window must name itself too.
-    const char *const check = "_NET_SUPPORTING_WM_CHECK";
-    const QList<quint32> window = numbers(m_root, check);
-    return !window.isEmpty() && numbers(window.first(), check) == window;
-}
-
 bool Display::showsWindowOf(qint64 processId) const
 {
     return std::ranges::any_of(numbers(m_root, "_NET_CLIENT_LIST"), [&](Window window) {

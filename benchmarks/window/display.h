@@ -21,8 +21,6 @@ public:
     /// `name` like ":1". The X server must be running.
     explicit Display(const QByteArray &name);
 
-    /// Whether a window manager says of itself that it is ready.
-    bool hasWindowManager() const;
     /// Whether the window manager keeps a window of this process that is shown and has more than
     /// one colour in it. Helper windows, which no window manager keeps, do not count.
     bool showsWindowOf(qint64 processId) const;
