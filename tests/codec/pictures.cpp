@@ -3,6 +3,7 @@
 
 #include "pictures.h"
 
+#include <QTest>
 #include <QtEndian>
 
 #include <algorithm>
@@ -148,6 +149,17 @@ QByteArray field(const VImage &image, const char *name)
     const QByteArray result(text);
     g_free(text);
     return result;
+}
+
+void addOrientationRows()
+{
+    QTest::addColumn<ImageFormat>("format");
+    QTest::addColumn<int>("orientation");
+    for (const ImageFormat format : {ImageFormat::jpeg, ImageFormat::png, ImageFormat::webp}) {
+        for (int orientation = 1; orientation <= 8; ++orientation)
+            QTest::addRow("%s %d", qPrintable(rawValue(format)), orientation)
+                << format << orientation;
+    }
 }
 
 } // namespace pixpress::testing

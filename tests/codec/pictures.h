@@ -48,4 +48,8 @@ double distance(const std::vector<double> &a, const std::vector<double> &b);
 /// A string field of the image's header; empty when it has none of this name.
 QByteArray field(const vips::VImage &image, const char *name);
 
+/// Adds the columns "format" and "orientation" to a test's table: those formats whose metadata
+/// tells how to turn a picture, with each of the eight ways.
+void addOrientationRows();
+
 } // namespace pixpress::testing

@@ -254,13 +254,7 @@ void TestCodec::transparency_fallsOnTheBackground()
 
 void TestCodec::orientation_isApplied_data()
 {
-    QTest::addColumn<ImageFormat>("format");
-    QTest::addColumn<int>("orientation");
-    for (const ImageFormat format : {ImageFormat::jpeg, ImageFormat::png, ImageFormat::webp}) {
-        for (int orientation = 1; orientation <= 8; ++orientation)
-            QTest::addRow("%s %d", qPrintable(rawValue(format)), orientation)
-                << format << orientation;
-    }
+    addOrientationRows();
 }
 
 void TestCodec::orientation_isApplied()

@@ -345,13 +345,7 @@ void TestStrip::answeredOriginal_keepsWhatIsNamed()
 
 void TestStrip::answeredOriginal_staysUpright_data()
 {
-    QTest::addColumn<ImageFormat>("format");
-    QTest::addColumn<int>("orientation");
-    for (const ImageFormat format : {ImageFormat::jpeg, ImageFormat::png, ImageFormat::webp}) {
-        for (int orientation = 1; orientation <= 8; ++orientation)
-            QTest::addRow("%s %d", qPrintable(rawValue(format)), orientation)
-                << format << orientation;
-    }
+    addOrientationRows();
 }
 
 void TestStrip::answeredOriginal_staysUpright()
