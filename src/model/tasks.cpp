@@ -34,10 +34,17 @@ bool hasEnded(const TaskStatus &status)
            std::holds_alternative<status::Failed>(status);
 }
 
+/// A list of thousands is made while the window waits, so what is rarely needed is left out.
+static QString lastComponent(const QUrl &url)
+{
+    const QString name = url.fileName();
+    return name.isEmpty() ? url.adjusted(QUrl::StripTrailingSlash).fileName() : name;
+}
+
 CompressionTask::CompressionTask(const QUrl &sourceURL, const CompressionOptions &options)
     : id(QUuid::createUuid()),
       sourceURL(sourceURL),
-      fileName(sourceURL.adjusted(QUrl::StripTrailingSlash).fileName()),
+      fileName(lastComponent(sourceURL)),
       originalSize(QFileInfo(sourceURL.toLocalFile()).size()),
       options(options),
       addedAt(QDateTime::currentDateTimeUtc())

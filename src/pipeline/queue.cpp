@@ -34,6 +34,8 @@ void CompressionQueue::setQuotaTracker(QuotaTracker *tracker)
 void CompressionQueue::addFiles(const QList<QUrl> &urls, const CompressionOptions &options)
 {
     const qsizetype first = m_tasks.size();
+    m_tasks.reserve(first + urls.size());
+    m_indexes.reserve(first + urls.size());
     for (const QUrl &url : urls) {
         if (!isSupported(url.fileName()))
             continue;

@@ -79,6 +79,7 @@ Item {
                     LateView {
                         app: root.app
                         view: "TaskListView"
+                        asynchronous: true // so that a drop of thousands does not hold the window up
                         active: root.app.tasks.count > 0
                         visible: active
                         Layout.fillWidth: true

@@ -55,7 +55,10 @@ bool PixpressApp::show(QQmlApplicationEngine &engine)
     if (!window)
         return false;
     m_panels.setWindow(&engine, window);
-    QTimer::singleShot(readAheadDelay, &engine, [&engine] { readAhead(&engine); });
+    QTimer::singleShot(readAheadDelay, &engine, [this, &engine] {
+        readAhead(&engine);
+        m_thumbnails.prepare();
+    });
     // Once the window exists: also when it was started from a terminal it shall be in front.
     QMetaObject::invokeMethod(
         window,
@@ -105,7 +108,7 @@ void PixpressApp::openFiles(const QList<QUrl> &files)
     if (m_appState.isAPIKeyConfigured())
         return handleDrop(files);
     connect(&m_appState, &AppState::isAPIKeyConfiguredChanged, this,
-            [this, files] { handleDrop(files); });
+            [this, files] { handleDrop(files); }, Qt::SingleShotConnection);
 }
 
 void PixpressApp::openFilePicker()

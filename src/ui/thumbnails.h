@@ -34,11 +34,15 @@ public:
     /// Waits for the pictures being decoded, whose decoding is cut short.
     ~Thumbnails() override;
 
+    /// Loads in the background what the first picture needs, if that has not been done.
+    void prepare();
+
     /// Cancel the future when nobody looks any more: work that has not begun is then left out.
     QFuture<QImage> request(const QUrl &file);
 
 private:
     std::atomic_bool m_stopped = false;
+    bool m_isPrepared = false;
     int m_requests = 0; ///< Rises, and with it the priority.
     QThreadPool m_pool;
 };
