@@ -20,7 +20,7 @@ build_packages=(
 )
 test_packages=(
     clang-19 clang-tidy-19 clang-format-19 libclang-rt-19-dev
-    openssl libimage-exiftool-perl
+    openssl libimage-exiftool-perl librapidcheck-dev
     qml6-module-qttest qml6-module-qtqml-models qt6-declarative-dev-tools
     xvfb xauth openbox xdotool dbus libgl1-mesa-dri libxcb1-dev
 )
@@ -41,7 +41,8 @@ This is not Debian or Ubuntu, so nothing is installed. To build, install
   libexif, libheif, libjpeg, libpng 1.6.32, libwebp with libwebpmux, libimagequant 2.17, zlib;
   and for the window the fonts Inter, JetBrains Mono and Noto Color Emoji.
 For ./test also
-  clang-format 19, clang-tidy 19, the sanitizers' libraries of the compiler, OpenSSL's command;
+  clang-format 19, clang-tidy 19, the sanitizers' libraries of the compiler, OpenSSL's command,
+  RapidCheck;
   Qt Quick Test, qmllint; and for the tests of the desktop, on Linux,
   Xvfb, xauth, openbox, xdotool, dbus-daemon, Mesa's software renderer, libxcb.
 For ./bench also
@@ -51,7 +52,7 @@ END
 }
 
 # What stands for these packages and is missing, as far as it can be asked for; CMake looks for Qt,
-# QCoro and libcurl.
+# QCoro, libcurl and RapidCheck.
 missing_elsewhere() {
     local need commands=(c++ cmake ninja ccache pkg-config)
     if [[ " $* " == *" ${test_packages[*]}"* ]]; then

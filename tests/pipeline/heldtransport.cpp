@@ -1,0 +1,152 @@
+// SPDX-FileCopyrightText: 2026 The Pixpress authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#include "pipeline/heldtransport.h"
+
+#include <QList>
+
+#include <functional>
+#include <utility>
+
+using namespace Qt::StringLiterals;
+
+namespace pixpress::test::held {
+
+namespace {
+
+struct Held
+{
+    const void *client = nullptr;
+    bool upload = false;
+    std::function<void(HttpResult)> end;
+};
+
+QList<Held> unanswered;
+QStringList all;
+
+QString toText(const HttpRequest &request)
+{
+    return u"%1 %2 by %3%4 %5"_s.arg(
+        request.body ? u"POST"_s : u"GET"_s, request.url.path(),
+        QString::fromLatin1(QByteArray::fromBase64(request.authorization.mid(6))),
+        request.contentType.isEmpty() ? QString()
+                                      : u" as "_s + QString::fromLatin1(request.contentType),
+        QString::fromLatin1(request.body.value_or(QByteArray())));
+}
+
+} // namespace
+
+const QStringList &made()
+{
+    return all;
+}
+
+qsizetype waiting()
+{
+    return unanswered.size();
+}
+
+bool isUpload(qsizetype which)
+{
+    return unanswered.at(which).upload;
+}
+
+void answer(qsizetype which, HttpResult result)
+{
+    unanswered.takeAt(which).end(std::move(result));
+}
+
+void forget()
+{
+    all.clear();
+}
+
+} // namespace pixpress::test::held
+
+// What follows stands for the whole of the real client: the linker then has no use for that one.
+namespace pixpress {
+
+using namespace test;
+
+class HttpClient::Worker
+{
+public:
+    explicit Worker(HttpClient &client) : m_client(client) {}
+    ~Worker()
+    {
+        held::unanswered.removeIf([this](const auto &entry) { return entry.client == &m_client; });
+    }
+
+    void start(quint64 id, const HttpRequest &request)
+    {
+        held::all.append(held::toText(request));
+        held::unanswered.append({.client = &m_client,
+                                 .upload = request.url.path() == u"/shrink",
+                                 .end = [this, id](HttpResult result) {
+                                     m_finished = {id, std::move(result)};
+                                     m_client.deliver();
+                                 }});
+    }
+
+    std::pair<quint64, HttpResult> takeFinished() { return std::move(m_finished); }
+
+private:
+    HttpClient &m_client;
+    std::pair<quint64, HttpResult> m_finished;
+};
+
+std::optional<QByteArray> HttpResponse::header(const QByteArray &lowerCaseName) const
+{
+    const auto found = headers.constFind(lowerCaseName);
+    return found == headers.cend() ? std::nullopt : std::optional(*found);
+}
+
+bool isAllowedAddress(const QUrl & /*url*/)
+{
+    return true;
+}
+
+HttpClient::HttpClient(HttpLimits /*limits*/) : m_worker(std::make_unique<Worker>(*this)) {}
+
+HttpClient::~HttpClient()
+{
+    m_worker.reset();
+    for (Reply *reply : std::exchange(m_waiting, {})) {
+        reply->m_result =
+            std::unexpected(TransportError{TransportError::Case::cancelled, u"Cancelled."_s});
+        reply->m_coroutine.resume();
+    }
+}
+
+HttpClient::Reply HttpClient::send(HttpRequest request)
+{
+    return {*this, std::move(request)};
+}
+
+void HttpClient::deliver()
+{
+    auto [id, result] = m_worker->takeFinished();
+    Reply *const reply = m_waiting.take(id);
+    reply->m_result = std::move(result);
+    reply->m_coroutine.resume();
+}
+
+HttpClient::Reply::Reply(HttpClient &client, HttpRequest request)
+    : m_client(client), m_request(std::move(request))
+{
+}
+
+bool HttpClient::Reply::await_ready()
+{
+    return false;
+}
+
+void HttpClient::Reply::await_suspend(std::coroutine_handle<> waiting)
+{
+    m_coroutine = waiting;
+    const quint64 id = ++m_client.m_lastId;
+    m_client.m_waiting.insert(id, this);
+    m_client.m_worker->start(id, m_request);
+}
+
+} // namespace pixpress
