@@ -11,6 +11,7 @@
 #include <cerrno>
 #include <fcntl.h>
 #include <new>
+#include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -52,6 +53,15 @@ Descriptor::Result<Descriptor> Descriptor::open(const QString &path, int flags)
     if (descriptor == -1)
         return std::unexpected(errno);
     return Descriptor(descriptor);
+}
+
+Descriptor::Result<Descriptor> Descriptor::openUnnamed([[maybe_unused]] const QString &folder)
+{
+#ifdef O_TMPFILE
+    return open(folder, O_WRONLY | O_TMPFILE);
+#else
+    return std::unexpected(ENOTSUP);
+#endif
 }
 
 Descriptor::~Descriptor()
@@ -120,12 +130,34 @@ Descriptor::Result<> Descriptor::writeAll(const QByteArray &bytes, qint64 &writt
     return {};
 }
 
+Descriptor::Result<> Descriptor::giveName(const QString &path)
+{
+    // linkat() takes a descriptor itself only from privileged processes.
+    const QByteArray self = "/proc/self/fd/" + QByteArray::number(m_descriptor);
+    const QByteArray name = QFile::encodeName(path);
+    return toResult(
+        linkat(AT_FDCWD, self.constData(), AT_FDCWD, name.constData(), AT_SYMLINK_FOLLOW) == 0);
+}
+
 Descriptor::Result<> Descriptor::reserve(qint64 size)
 {
+    if (size == 0)
+        return {};
+    // What a limit of the process forbids is only met in the midst of writing.
+    rlimit limit{};
+    if (getrlimit(RLIMIT_FSIZE, &limit) == 0 && static_cast<rlim_t>(size) > limit.rlim_cur)
+        return std::unexpected(EFBIG);
+#ifdef FALLOC_FL_KEEP_SIZE
+    // The size stays: if the process ends now, the file is as it was.
+    const int reserved =
+        uninterrupted([&] { return fallocate(m_descriptor, FALLOC_FL_KEEP_SIZE, 0, size); });
+    if (reserved == 0 || errno != EOPNOTSUPP)
+        return toResult(reserved == 0);
+#endif
 #if defined(_POSIX_ADVISORY_INFO) && _POSIX_ADVISORY_INFO > 0
     int error = 0;
     do {
-        error = size > 0 ? posix_fallocate(m_descriptor, 0, size) : 0;
+        error = posix_fallocate(m_descriptor, 0, size);
     } while (error == EINTR);
     if (error != 0)
         return std::unexpected(error);

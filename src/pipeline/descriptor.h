@@ -25,6 +25,9 @@ public:
 
     /// Never waits for the other end of a pipe. `flags` are those of open(2).
     static Result<Descriptor> open(const QString &path, int flags);
+    /// A new file in a folder, to be written. It has no name, and is gone when it gets none before
+    /// it is closed or the process ends, however that ends. Not every file system can do this.
+    static Result<Descriptor> openUnnamed(const QString &folder);
 
     Descriptor(Descriptor &&other) noexcept : m_descriptor(std::exchange(other.m_descriptor, -1)) {}
     Descriptor &operator=(Descriptor &&other) noexcept
@@ -43,7 +46,10 @@ public:
     Result<QByteArray> readAll();
     /// Writes from the start on. `written` tells how much, also after an error.
     Result<> writeAll(const QByteArray &bytes, qint64 &written);
-    /// Makes sure that the file system has room for so many bytes of this file, which may grow.
+    /// Gives an unnamed file its name; never that of something that is there.
+    Result<> giveName(const QString &path);
+    /// Makes sure that the file system has room for so many bytes of this file. Where the system
+    /// knows no better, the file grows to that size.
     Result<> reserve(qint64 size);
     Result<> resize(qint64 size);
     /// Returns when the data is on the disk.

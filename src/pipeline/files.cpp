@@ -11,6 +11,7 @@
 
 #include <cerrno>
 #include <fcntl.h>
+#include <optional>
 
 using namespace Qt::StringLiterals;
 
@@ -110,25 +111,65 @@ Outcome overwrite(const QString &path, const QByteArray &bytes)
     return std::unexpected(failure);
 }
 
+Outcome taken()
+{
+    return std::unexpected(Failure{EEXIST});
+}
+
+/// Closes what was written; removes it when the disk reports an error only now.
+Outcome finish(Descriptor &file, const QString &path)
+{
+    const auto closed = file.close();
+    if (!closed)
+        QFile::remove(path);
+    return toOutcome(closed);
+}
+
+/// The file has its name only when it is whole: whenever the process is killed, nothing is half
+/// done. Returns nothing where files cannot be made in this way.
+std::optional<Outcome> makeUnnamed(const QString &path, const QByteArray &bytes)
+{
+    auto file = Descriptor::openUnnamed(QFileInfo(path).path());
+    if (!file)
+        return std::nullopt;
+    qint64 done = 0;
+    if (const auto written = file->writeAll(bytes, done); !written)
+        return toOutcome(written);
+    if (const auto named = file->giveName(path); !named)
+        return named.error() == EEXIST ? std::optional(taken()) : std::nullopt;
+    return finish(*file, path);
+}
+
+Outcome makeNamed(const QString &path, const QByteArray &bytes)
+{
+    auto file = Descriptor::open(path, O_WRONLY | O_CREAT | O_EXCL);
+    if (!file)
+        return std::unexpected(Failure{file.error()});
+    qint64 done = 0;
+    if (const auto written = file->writeAll(bytes, done); !written) {
+        QFile::remove(path);
+        return toOutcome(written);
+    }
+    return finish(*file, path);
+}
+
+Outcome make(const QString &path, const QByteArray &bytes)
+{
+    if (const QFileInfo info(path); info.isSymLink() || info.exists())
+        return taken(); // Both ways would find out too, one of them only after writing.
+    const auto made = makeUnnamed(path, bytes);
+    return made ? *made : makeNamed(path, bytes);
+}
+
 /// Makes a file that is not there yet. Of one that cannot be written whole nothing remains.
 Outcome writeNew(const QString &path, const QByteArray &bytes)
 {
-    QString made = path;
-    auto file = Descriptor::open(made, O_WRONLY | O_CREAT | O_EXCL);
-    if (!file && file.error() == EEXIST) {
-        if (made = dangling(path); !made.isEmpty())
-            file = Descriptor::open(made, O_WRONLY | O_CREAT | O_EXCL);
+    Outcome written = make(path, bytes);
+    if (!written && written.error().error == EEXIST) {
+        if (const QString made = dangling(path); !made.isEmpty())
+            written = make(made, bytes);
     }
-    if (!file)
-        return std::unexpected(Failure{file.error()});
-
-    qint64 done = 0;
-    auto written = file->writeAll(bytes, done);
-    if (const auto closed = file->close(); written)
-        written = closed;
-    if (!written)
-        QFile::remove(made);
-    return toOutcome(written);
+    return written;
 }
 
 } // namespace

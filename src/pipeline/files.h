@@ -24,7 +24,8 @@ std::expected<QUrl, QString> writeOutput(const QUrl &source, const CompressionOp
 
 /// Writes a whole file, into an existing one in place: its hard links, permissions, symbolic links
 /// and open handles stay. When that fails an existing file has its old content again, and a new
-/// one is gone.
+/// one is gone. A process that is killed leaves no part of a new file where the file system can
+/// make files without a name, as the usual ones of Linux can.
 std::expected<void, QString> writeFile(const QUrl &target, const QByteArray &bytes);
 
 } // namespace pixpress

@@ -1,21 +1,16 @@
 // SPDX-FileCopyrightText: 2026 The Pixpress authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// The checking variants would define the calls that are defined here.
-#undef _FORTIFY_SOURCE
-#define _FORTIFY_SOURCE 0
+#include "support/faults/fate.h"
 
-#include "support/faults/faults.h"
-
+#include <algorithm>
 #include <array>
 #include <atomic>
 #include <cerrno>
-#include <cstdarg>
+#include <csignal>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
-#include <dlfcn.h>
-#include <fcntl.h>
 #include <unistd.h>
 
 namespace pixpress::test::faults {
@@ -30,6 +25,7 @@ Path g_folder{};
 std::atomic<bool> g_armed = false;
 std::atomic<int> g_calls = 0;
 std::atomic<int> g_met = 0;
+std::atomic<bool> g_unnamedRefused = false;
 
 Path g_observedFolder{};
 std::atomic<void (*)(Call, int)> g_observer = nullptr;
@@ -46,7 +42,7 @@ bool isBelow(const char *path, const Path &folder)
 {
     const size_t end = std::strlen(folder.data());
     return std::strncmp(path, folder.data(), end) == 0 &&
-           (path[end] == '/' || (end > 0 && path[end - 1] == '/'));
+           (path[end] == '/' || path[end] == '\0' || (end > 0 && path[end - 1] == '/'));
 }
 
 bool isBelow(int descriptor, const Path &folder)
@@ -60,46 +56,32 @@ bool isBelow(int descriptor, const Path &folder)
     return length > 0 && isBelow(path.data(), folder);
 }
 
-enum class Part { whole, half, none };
-
-/// How much of its work a call is to do.
-Part allowance(Call call, int descriptor)
+Fate nextFate()
 {
-    if (const auto observer = g_observer.load(); observer && isBelow(descriptor, g_observedFolder))
-        observer(call, descriptor);
-    if (!g_armed || call != g_fault.call || !isBelow(descriptor, g_folder))
-        return Part::whole;
-
     const int past = ++g_calls - g_fault.nth;
-    Part part = Part::whole;
     switch (g_fault.how) {
-    case How::once: part = past == 0 ? Part::none : Part::whole; break;
-    case How::always: part = past >= 0 ? Part::none : Part::whole; break;
-    case How::halfway: part = past == 0 ? Part::half : past == 1 ? Part::none : Part::whole; break;
-    case How::dying: part = past == 0 ? Part::half : past > 0 ? Part::none : Part::whole; break;
-    case How::brief: part = past == 0 ? Part::half : Part::whole; break;
+    case How::once: return past == 0 ? Fate::none : Fate::whole;
+    case How::always: return past >= 0 ? Fate::none : Fate::whole;
+    case How::halfway: return past == 0 ? Fate::half : past == 1 ? Fate::none : Fate::whole;
+    case How::dying: return past == 0 ? Fate::half : past > 0 ? Fate::none : Fate::whole;
+    case How::brief: return past == 0 ? Fate::half : Fate::whole;
+    case How::killed:
+        if (past == 0)
+            std::raise(SIGKILL);
+        return Fate::whole;
+    case How::torn: return past == 0 ? Fate::last : Fate::whole;
     }
-    if (part != Part::whole)
+    return Fate::whole;
+}
+
+Fate fate(Call call, bool isConcerned)
+{
+    if (!g_armed || call != g_fault.call || !isConcerned)
+        return Fate::whole;
+    const Fate fate = nextFate();
+    if (fate != Fate::whole)
         ++g_met;
-    return part;
-}
-
-int fail()
-{
-    errno = g_fault.error;
-    return -1;
-}
-
-/// The definition that this library's hides.
-template <typename Function>
-Function *next(const char *name)
-{
-    return reinterpret_cast<Function *>(dlsym(RTLD_NEXT, name));
-}
-
-size_t share(Part part, size_t size)
-{
-    return part == Part::half ? (size + 1) / 2 : size;
+    return fate;
 }
 
 [[gnu::constructor]] void armByEnvironment()
@@ -118,23 +100,75 @@ size_t share(Part part, size_t size)
         if (std::strcmp(call.data(), name(known)) == 0)
             fault.call = known;
     }
-    for (const How known : allWays) {
+    const auto read = [&](How known) {
         if (std::strcmp(how.data(), name(known)) == 0)
             fault.how = known;
-    }
+    };
+    std::for_each(std::begin(allWays), std::end(allWays), read);
+    std::for_each(std::begin(deadlyWays), std::end(deadlyWays), read);
     arm(fault, folder.data());
 }
 
 } // namespace
 
+Fate fateOf(Call call, int descriptor)
+{
+    const auto observer = g_observer.load();
+    if (observer && call != Call::stat && isBelow(descriptor, g_observedFolder))
+        observer(call, descriptor);
+    return fate(call, g_armed && isBelow(descriptor, g_folder));
+}
+
+Fate fateOf(Call call, const char *path)
+{
+    return fate(call, path && isBelow(path, g_folder));
+}
+
+void tellOfOpening(const char *path)
+{
+    if (const auto observer = g_openingObserver.load(); observer && isBelow(path, g_openingFolder))
+        observer(path);
+}
+
+bool areUnnamedFilesRefused()
+{
+    return g_unnamedRefused;
+}
+
+int fail()
+{
+    errno = g_fault.error;
+    return -1;
+}
+
+int error()
+{
+    return g_fault.error;
+}
+
+void endIfLast(Fate fate)
+{
+    if (fate == Fate::last)
+        std::raise(SIGKILL);
+}
+
+void refuseUnnamedFiles(bool refused)
+{
+    g_unnamedRefused = refused;
+}
+
 const char *name(Call call)
 {
     switch (call) {
+    case Call::stat: return "stat";
+    case Call::open: return "open";
     case Call::read: return "read";
     case Call::write: return "write";
     case Call::ftruncate: return "ftruncate";
     case Call::fsync: return "fsync";
-    case Call::posix_fallocate: return "posix_fallocate";
+    case Call::fallocate: return "fallocate";
+    case Call::link: return "link";
+    case Call::unlink: return "unlink";
     case Call::close: return "close";
     }
     return "";
@@ -148,6 +182,8 @@ const char *name(How how)
     case How::halfway: return "halfway";
     case How::dying: return "dying";
     case How::brief: return "brief";
+    case How::killed: return "killed";
+    case How::torn: return "torn";
     }
     return "";
 }
@@ -182,155 +218,4 @@ void observeOpening(void (*observer)(const char *), const char *folder)
     g_openingObserver = observer;
 }
 
-namespace {
-
-int openFile(int (*real)(const char *, int, ...), const char *path, int flags, mode_t mode)
-{
-    if (const auto observer = g_openingObserver.load(); observer && isBelow(path, g_openingFolder))
-        observer(path);
-    return real(path, flags, mode);
-}
-
-/// What open() gets after its flags, if it gets anything.
-mode_t modeOf(int flags, va_list more)
-{
-    return (flags & O_CREAT) || (flags & O_TMPFILE) == O_TMPFILE ? va_arg(more, mode_t) : 0;
-}
-
-template <typename Function, typename Buffer, typename... Offset>
-ssize_t transfer(Call call, Function *real, int descriptor, Buffer *buffer, size_t size,
-                 Offset... offset)
-{
-    const Part part = allowance(call, descriptor);
-    return part == Part::none ? fail() : real(descriptor, buffer, share(part, size), offset...);
-}
-
-int truncate(int (*real)(int, off_t), int descriptor, off_t size)
-{
-    return allowance(Call::ftruncate, descriptor) == Part::none ? fail() : real(descriptor, size);
-}
-
-int synchronise(int (*real)(int), int descriptor)
-{
-    return allowance(Call::fsync, descriptor) == Part::none ? fail() : real(descriptor);
-}
-
-int allocate(int (*real)(int, off_t, off_t), int descriptor, off_t offset, off_t size)
-{
-    const Part part = allowance(Call::posix_fallocate, descriptor);
-    if (part == Part::whole)
-        return real(descriptor, offset, size);
-    if (part == Part::half)
-        real(descriptor, offset, (size + 1) / 2);
-    return g_fault.error;
-}
-
-} // namespace
-
 } // namespace pixpress::test::faults
-
-using namespace pixpress::test::faults;
-
-extern "C" {
-
-int open(const char *path, int flags, ...)
-{
-    static const auto real = next<int(const char *, int, ...)>("open");
-    va_list more;
-    va_start(more, flags);
-    const mode_t mode = modeOf(flags, more);
-    va_end(more);
-    return openFile(real, path, flags, mode);
-}
-
-int open64(const char *path, int flags, ...)
-{
-    static const auto real = next<int(const char *, int, ...)>("open64");
-    va_list more;
-    va_start(more, flags);
-    const mode_t mode = modeOf(flags, more);
-    va_end(more);
-    return openFile(real, path, flags, mode);
-}
-
-ssize_t read(int descriptor, void *buffer, size_t size)
-{
-    static const auto real = next<ssize_t(int, void *, size_t)>("read");
-    return transfer(Call::read, real, descriptor, buffer, size);
-}
-
-ssize_t pread(int descriptor, void *buffer, size_t size, off_t offset)
-{
-    static const auto real = next<ssize_t(int, void *, size_t, off_t)>("pread");
-    return transfer(Call::read, real, descriptor, buffer, size, offset);
-}
-
-ssize_t pread64(int descriptor, void *buffer, size_t size, off64_t offset)
-{
-    static const auto real = next<ssize_t(int, void *, size_t, off64_t)>("pread64");
-    return transfer(Call::read, real, descriptor, buffer, size, offset);
-}
-
-ssize_t write(int descriptor, const void *buffer, size_t size)
-{
-    static const auto real = next<ssize_t(int, const void *, size_t)>("write");
-    return transfer(Call::write, real, descriptor, buffer, size);
-}
-
-ssize_t pwrite(int descriptor, const void *buffer, size_t size, off_t offset)
-{
-    static const auto real = next<ssize_t(int, const void *, size_t, off_t)>("pwrite");
-    return transfer(Call::write, real, descriptor, buffer, size, offset);
-}
-
-ssize_t pwrite64(int descriptor, const void *buffer, size_t size, off64_t offset)
-{
-    static const auto real = next<ssize_t(int, const void *, size_t, off64_t)>("pwrite64");
-    return transfer(Call::write, real, descriptor, buffer, size, offset);
-}
-
-int ftruncate(int descriptor, off_t size) noexcept
-{
-    static const auto real = next<int(int, off_t)>("ftruncate");
-    return truncate(real, descriptor, size);
-}
-
-int ftruncate64(int descriptor, off64_t size) noexcept
-{
-    static const auto real = next<int(int, off_t)>("ftruncate64");
-    return truncate(real, descriptor, size);
-}
-
-int fsync(int descriptor)
-{
-    static const auto real = next<int(int)>("fsync");
-    return synchronise(real, descriptor);
-}
-
-int fdatasync(int descriptor)
-{
-    static const auto real = next<int(int)>("fdatasync");
-    return synchronise(real, descriptor);
-}
-
-int posix_fallocate(int descriptor, off_t offset, off_t size)
-{
-    static const auto real = next<int(int, off_t, off_t)>("posix_fallocate");
-    return allocate(real, descriptor, offset, size);
-}
-
-int posix_fallocate64(int descriptor, off64_t offset, off64_t size)
-{
-    static const auto real = next<int(int, off_t, off_t)>("posix_fallocate64");
-    return allocate(real, descriptor, offset, size);
-}
-
-int close(int descriptor)
-{
-    static const auto real = next<int(int)>("close");
-    const Part part = allowance(Call::close, descriptor);
-    const int result = real(descriptor); // Linux closes also when it reports an error.
-    return part == Part::none ? fail() : result;
-}
-
-} // extern "C"

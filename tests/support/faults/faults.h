@@ -3,18 +3,23 @@
 
 #pragma once
 
-/// Disks that fail on demand: stands before the C library's calls on file descriptors, whoever in
-/// the process makes them. Knows the call's file by its path, and leaves all files alone that are
-/// not below the folder of the fault. Uses no Qt, for it works inside it.
+/// Disks that fail on demand: stands before the C library's calls on files, whoever in the process
+/// makes them. Knows the call's file by its path, and leaves all files alone that are not below the
+/// folder of the fault. Uses no Qt, for it works inside it.
 ///
 /// A program that does not link this library can have it preloaded, and be told the fault by
 /// PIXPRESS_FAULT="CALL NTH ERROR HOW FOLDER", such as "write 2 28 once /tmp/x".
 namespace pixpress::test::faults {
 
-enum class Call { read, write, ftruncate, fsync, posix_fallocate, close };
+enum class Call { stat, open, read, write, ftruncate, fsync, fallocate, link, unlink, close };
 
-constexpr Call allCalls[] = {Call::read,  Call::write,           Call::ftruncate,
-                             Call::fsync, Call::posix_fallocate, Call::close};
+/// Those that do something with open files.
+constexpr Call callsOnOpenFiles[] = {Call::read,  Call::write,     Call::ftruncate,
+                                     Call::fsync, Call::fallocate, Call::close};
+
+constexpr Call allCalls[] = {Call::stat,      Call::open,  Call::read,      Call::write,
+                             Call::ftruncate, Call::fsync, Call::fallocate, Call::link,
+                             Call::unlink,    Call::close};
 
 const char *name(Call call);
 
@@ -24,10 +29,14 @@ enum class How {
     halfway, ///< It does half of its work and only the next one fails.
     dying,   ///< It does half of its work and all later ones fail.
     brief,   ///< It does half of its work, and that is all: no call fails.
+    killed,  ///< The process is killed before the nth call.
+    torn,    ///< The process is killed when that call has done half of its work.
 };
-// posix_fallocate either succeeds or fails: for it, doing half of the work is a failure too.
+// fallocate either succeeds or fails: for it, doing half of the work is a failure too. Of most
+// other calls there is no half: they do all of it.
 
 constexpr How allWays[] = {How::once, How::always, How::halfway, How::dying, How::brief};
+constexpr How deadlyWays[] = {How::killed, How::torn};
 
 const char *name(How how);
 
@@ -46,12 +55,16 @@ void arm(const Fault &fault, const char *folder);
 /// Returns how many calls the fault has met.
 int disarm();
 
-/// Is called before each call on files below `folder`; may not make such calls itself. Pass nothing
-/// to end it.
+/// Whether files without a name are refused, below any folder, as some file systems do.
+void refuseUnnamedFiles(bool refused);
+
+/// Is called before each call on open files below `folder`; may not make such calls itself. Pass
+/// nothing to end it.
 void observe(void (*observer)(Call call, int descriptor), const char *folder = "/");
 
 /// Is called with the path before a file below `folder` is opened or made, if it is opened by an
-/// absolute path; may change what is there, but not open files itself. Pass nothing to end it.
+/// absolute path, and before it is given a name; may change what is there, but not open files
+/// itself. Pass nothing to end it.
 void observeOpening(void (*observer)(const char *path), const char *folder = "/");
 
 } // namespace pixpress::test::faults
