@@ -21,6 +21,9 @@ constexpr int maxRedirects = 10;
 // How much memory is reserved on the word of an answer's head alone.
 constexpr qint64 maxReserved = 512 << 20;
 
+// Of all heads of a request, interim answers and trailers included. libcurl keeps them.
+constexpr size_t largestHead = 256 << 10;
+
 constexpr long receiveBuffer = 512 << 10;
 
 // Larger ones widen the moment in which answerIsWaiting() is not yet, or no longer, true.
@@ -77,6 +80,11 @@ bool isSameOrigin(const QUrl &a, const QUrl &b)
         return url.port(url.scheme() == "https"_L1 ? 443 : 80);
     };
     return a.scheme() == b.scheme() && a.host() == b.host() && port(a) == port(b);
+}
+
+TransportError answerTooLarge()
+{
+    return other(u"The server's answer is too large."_s);
 }
 
 curl_slist *append(curl_slist *list, const QByteArray &line)
@@ -141,6 +149,7 @@ void Transfer::prepare()
     m_attempts = 0;
     m_paused = false;
     m_headIsComplete = false;
+    m_headSize = 0;
 
     const auto set = [this](CURLoption option, auto value) {
         curl_easy_setopt(m_easy.get(), option, value);
@@ -153,6 +162,8 @@ void Transfer::prepare()
     set(CURLOPT_PROTOCOLS_STR, secure ? "https" : "http");
     // This machine is not reached through a proxy; without a text the environment names it.
     set(CURLOPT_PROXY, secure ? nullptr : "");
+
+    set(CURLOPT_FRESH_CONNECT, m_reconnects ? 1L : 0L);
 
     curl_slist *headers = nullptr;
     if (!m_request.authorization.isEmpty())
@@ -179,6 +190,13 @@ std::optional<HttpResult> Transfer::finish(CURLcode code)
 {
     if (m_refused)
         return std::unexpected(*std::move(m_refused));
+    if (code == CURLE_ABORTED_BY_CALLBACK && m_reconnects && m_attempts == 1) {
+        prepare(); // nothing has been sent yet
+        return std::nullopt;
+    }
+    // libcurl's own bound for a single line.
+    if (code == CURLE_OUT_OF_MEMORY && m_headSize > 0 && !m_headIsComplete)
+        return std::unexpected(answerTooLarge());
     if (code != CURLE_OK)
         return std::unexpected(describe(code));
     if (!m_headIsComplete) // which libcurl takes for an answer without a body
@@ -208,6 +226,7 @@ std::optional<HttpResult> Transfer::follow(const QUrl &target)
     m_request.url = target;
     m_request.body.reset();
     m_request.contentType.clear();
+    m_reconnects = false;
     prepare();
     return std::nullopt;
 }
@@ -225,6 +244,15 @@ bool Transfer::answerIsWaiting()
         m_socket = m_sockets.find(m_localPort);
     char byte = 0;
     return m_socket != CURL_SOCKET_BAD && recv(m_socket, &byte, 1, MSG_PEEK | MSG_DONTWAIT) > 0;
+}
+
+/// Whether the kept-alive connection chosen for this request has something to say already, or has
+/// ended. An answer that nobody asked for would be taken for the one to this request.
+bool Transfer::isDesynchronized()
+{
+    long connects = 0; // 0: it was there before
+    curl_easy_getinfo(handle(), CURLINFO_NUM_CONNECTS, &connects);
+    return connects == 0 && answerIsWaiting();
 }
 
 void Transfer::resume()
@@ -262,7 +290,11 @@ size_t Transfer::receiveHeader(char *data, size_t size, size_t count, void *self
         transfer.m_headIsComplete = false;
     else if (line == "\r\n" || line == "\n")
         transfer.m_headIsComplete = true;
-    return size * count;
+    transfer.m_headSize += size * count;
+    if (transfer.m_headSize <= largestHead)
+        return size * count;
+    transfer.m_refused = answerTooLarge();
+    return 0;
 }
 
 size_t Transfer::receiveBody(char *data, size_t size, size_t count, void *self)
@@ -288,7 +320,7 @@ void Transfer::keep(QByteArrayView piece)
         preferHugePages(body);
     }
     if (body.size() + piece.size() > m_limits.largestAnswer)
-        m_refused = other(u"The server's answer is too large."_s);
+        m_refused = answerTooLarge();
     else
         body.append(piece);
 }
@@ -303,6 +335,10 @@ int Transfer::beforeRequest(void *self, char *, char *, int, int localPort)
     transfer.m_localPort = localPort;
     transfer.m_socket = CURL_SOCKET_BAD;
     const bool again = ++transfer.m_attempts > 1;
+    if (!again && !transfer.m_reconnects && transfer.isDesynchronized()) {
+        transfer.m_reconnects = true;
+        return CURL_PREREQFUNC_ABORT;
+    }
     return again && transfer.m_request.body ? CURL_PREREQFUNC_ABORT : CURL_PREREQFUNC_OK;
 }
 

@@ -67,6 +67,7 @@ private:
     std::optional<HttpResult> follow(const QUrl &target);
     void readHeaders();
     bool answerIsWaiting();
+    bool isDesynchronized();
     void keep(QByteArrayView piece);
 
     static size_t sendBody(char *to, size_t size, size_t count, void *self);
@@ -87,6 +88,8 @@ private:
     qsizetype m_sent = 0;
     bool m_paused = false;
     bool m_headIsComplete = false;
+    size_t m_headSize = 0;     ///< Of the interim answers too.
+    bool m_reconnects = false; ///< The kept-alive connection that was chosen is not to be used.
     int m_attempts = 0;
     int m_redirects = 0;
     std::optional<TransportError> m_refused; ///< Why an answer was not taken to its end.
