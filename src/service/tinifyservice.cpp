@@ -3,6 +3,8 @@
 
 #include "service/tinifyservice.h"
 
+#include "service/transfer.h"
+
 #include <QJsonDocument>
 
 namespace pixpress {
@@ -36,6 +38,16 @@ TinifyError mapAPIError(int statusCode, const QByteArray &data)
     if (statusCode == 415)
         return {invalidImage};
     return {apiError, statusCode, QStringLiteral("Unknown error")};
+}
+
+/// Whether the body is the picture itself. No encoding was asked for; one that is used all the same
+/// would be written to the disk in the picture's place.
+bool isPlain(const HttpResponse &response)
+{
+    const auto is = [&](const char *header, const char *value) {
+        return response.header(header).value_or(value).compare(value, Qt::CaseInsensitive) == 0;
+    };
+    return is("content-encoding", "identity") && is("transfer-encoding", "chunked");
 }
 
 /// An answer that is no HTTP has no status to report; everything else passes through.
@@ -111,6 +123,10 @@ QCoro::Task<TinifyService::Result<std::pair<QByteArray, qint64>>>
 TinifyService::fetchOutput(QUrl outputURL, std::optional<CompressionOptions> options,
                            QString apiKey)
 {
+    // From a service that is reached over TLS the key does not go out in plain, not even to this
+    // machine, where anybody may listen.
+    if (m_baseURL.scheme() != outputURL.scheme() && outputURL.scheme() != QLatin1String("https"))
+        co_return failure(refusedAddress());
     HttpRequest request{.url = outputURL, .authorization = authorization(apiKey)};
     if (const auto json = options ? options->toJSON() : std::nullopt) {
         request.contentType = "application/json";
@@ -122,6 +138,8 @@ TinifyService::fetchOutput(QUrl outputURL, std::optional<CompressionOptions> opt
         co_return failure(fromTransport(answer.error()));
     if (answer->status != 200)
         co_return failure(mapAPIError(answer->status, answer->body));
+    if (!isPlain(*answer))
+        co_return failure(TinifyError{TinifyError::Case::invalidResponse});
     const qint64 count = extractCompressionCount(*answer);
     co_return std::pair(std::move(answer->body), count);
 }

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
 #include "service/http.h"
+#include "service/tinifyservice.h"
 
 #include "support/scriptedserver.h"
 #include "support/transport.h"
@@ -76,6 +77,10 @@ private Q_SLOTS:
     void certificate_decidesWhetherAnythingIsSent();
     void redirectToThisMachineInPlain_dropsCredentials();
     void redirectToPlainOnTheSamePort_dropsCredentials();
+    void redirectToTheOtherScheme_dropsCredentials_data();
+    void redirectToTheOtherScheme_dropsCredentials();
+    void redirectToABadCertificate_sendsNothing();
+    void plainLocationOfASecureService_isRefused();
     void unreadableTrust_hasItsSentence();
     void onlyHttp11_isOffered();
     void connectingAndWaiting_haveASilenceEach();
@@ -173,6 +178,75 @@ void TlsTest::redirectToPlainOnTheSamePort_dropsCredentials()
              u"The server redirected the request too often."_s);
     QCOMPARE(server.received.count("GET / HTTP/1.1\r\n"), 11);
     QCOMPARE(server.received.count("Basic c2VjcmV0"), 1);
+}
+
+void TlsTest::redirectToTheOtherScheme_dropsCredentials_data()
+{
+    QTest::addColumn<int>("status");
+    QTest::addColumn<bool>("posts");
+    for (const int status : {301, 302, 303, 307, 308}) {
+        QTest::addRow("GET %d", status) << status << false;
+        QTest::addRow("POST %d", status) << status << true;
+    }
+}
+
+void TlsTest::redirectToTheOtherScheme_dropsCredentials()
+{
+    QFETCH(const int, status);
+    QFETCH(const bool, posts);
+    Answer answerOfPlain;
+    ScriptedServer plain([&](const Request &) { return answerOfPlain; });
+    HttpsServer secure(path(u"good.pem"_s), path(u"good.key"_s));
+    const auto redirect = [&](const QUrl &to) {
+        return Answer{.status = status, .headers = {{"Location", to.toEncoded()}}};
+    };
+    const bool follows = !posts || status < 307;
+    const QString expected = QString::number(follows ? 200 : status);
+    const auto sendTo = [&](const QUrl &url) {
+        HttpClient client({.caBundle = path(u"ca.pem"_s)});
+        HttpRequest request = get(url, "Basic c2VjcmV0");
+        if (posts)
+            request.body = QByteArray();
+        return outcome(send(client, request));
+    };
+
+    answerOfPlain = redirect(secure.url());
+    QCOMPARE(sendTo(plain.url()), expected);
+    QVERIFY(!secure.received.contains("Authorization"));
+    QCOMPARE(secure.received.contains("GET / "), follows);
+
+    answerOfPlain = {};
+    secure.answer = redirect(plain.url());
+    plain.requests.clear();
+    QCOMPARE(sendTo(secure.url()), expected);
+    QCOMPARE(plain.requests.size(), follows ? 1 : 0);
+    for (const Request &request : std::as_const(plain.requests))
+        QVERIFY(!request.headers.contains("authorization"));
+}
+
+void TlsTest::redirectToABadCertificate_sendsNothing()
+{
+    for (const QString &name : {u"self-signed"_s, u"wrong-name"_s, u"expired"_s}) {
+        const HttpsServer bad(path(name + u".pem"_s), path(name + u".key"_s));
+        const HttpsServer good(path(u"good.pem"_s), path(u"good.key"_s),
+                               {.status = 302, .headers = {{"Location", bad.url().toEncoded()}}});
+        HttpClient client({.caBundle = path(u"ca.pem"_s)});
+        QCOMPARE(outcome(send(client, get(good.url(), "Basic c2VjcmV0"))),
+                 u"The server's certificate is not valid, so nothing was sent."_s);
+        QCOMPARE(bad.received, "");
+    }
+}
+
+void TlsTest::plainLocationOfASecureService_isRefused()
+{
+    const ScriptedServer plain([](const Request &) { return Answer{}; });
+    const HttpsServer secure(path(u"good.pem"_s), path(u"good.key"_s));
+    TinifyService service({.baseURL = secure.url(), .limits = {.caBundle = path(u"ca.pem"_s)}});
+    const auto refused = QCoro::waitFor(service.fetchOutput(plain.url(), {}, u"secret"_s));
+    QCOMPARE(errorDescription(refused.error()),
+             u"The server named an address that is not secure, so nothing was sent there."_s);
+    QCOMPARE(plain.connections, 0);
+    QVERIFY(QCoro::waitFor(service.fetchOutput(secure.url(), {}, u"secret"_s)));
 }
 
 void TlsTest::unreadableTrust_hasItsSentence()

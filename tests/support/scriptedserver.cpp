@@ -7,7 +7,8 @@
 
 namespace pixpress::test {
 
-ScriptedServer::ScriptedServer(Script script) : m_script(std::move(script))
+ScriptedServer::ScriptedServer(Script script, const QHostAddress &address)
+    : m_script(std::move(script))
 {
     connect(&m_server, &QTcpServer::newConnection, this, [this] {
         while (QTcpSocket *socket = m_server.nextPendingConnection()) {
@@ -20,7 +21,7 @@ ScriptedServer::ScriptedServer(Script script) : m_script(std::move(script))
             });
         }
     });
-    if (!m_server.listen(QHostAddress::LocalHost))
+    if (!m_server.listen(address))
         qFatal("The scripted server cannot listen.");
 }
 
@@ -32,7 +33,11 @@ ScriptedServer::~ScriptedServer()
 
 QUrl ScriptedServer::url(const QString &path) const
 {
-    return QUrl(QStringLiteral("http://127.0.0.1:%1%2").arg(m_server.serverPort()).arg(path));
+    QUrl url(path);
+    url.setScheme(QStringLiteral("http"));
+    url.setHost(m_server.serverAddress().toString());
+    url.setPort(m_server.serverPort());
+    return url;
 }
 
 void ScriptedServer::release()

@@ -5,6 +5,7 @@
 
 #include <QByteArray>
 #include <QHash>
+#include <QHostAddress>
 #include <QList>
 #include <QObject>
 #include <QTcpServer>
@@ -33,8 +34,8 @@ struct Answer
     QList<std::pair<QByteArray, QByteArray>> headers = {};
 };
 
-/// An HTTP server on 127.0.0.1 that answers by a script and keeps every request it got. Runs on the
-/// thread and event loop of the test.
+/// An HTTP server on 127.0.0.1, or where it is told, that answers by a script and keeps every
+/// request it got. Runs on the thread and event loop of the test.
 class ScriptedServer : public QObject
 {
 public:
@@ -43,7 +44,8 @@ public:
     /// each time some arrive; writes to or closes the socket as it likes.
     using RawScript = std::function<void(QTcpSocket &socket, const QByteArray &received)>;
 
-    explicit ScriptedServer(Script script = {});
+    explicit ScriptedServer(Script script = {},
+                            const QHostAddress &address = QHostAddress::LocalHost);
     ~ScriptedServer() override;
 
     QUrl url(const QString &path = {}) const;
