@@ -1,0 +1,230 @@
+// SPDX-FileCopyrightText: 2026 The Pixpress authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#include "pipeline/files.h"
+
+#include "pipeline/folder.h"
+#include "pipeline/tree.h"
+#include "support/child.h"
+#include "support/faults/faults.h"
+
+#include <QDir>
+#include <QElapsedTimer>
+#include <QTest>
+
+using namespace pixpress;
+using namespace pixpress::test;
+using namespace Qt::StringLiterals;
+using faults::Call;
+
+/// A process that is killed before, in the midst of or after any call on the disk while it saves.
+class KilledSaveTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init();
+    void cleanup() { faults::refuseUnnamedFiles(false); }
+
+    void newName_isWholeOrMissing_data();
+    void newName_isWholeOrMissing();
+    void newNameWithoutUnnamedFiles_harmsNothingElse();
+    void overwriting_isHarmedBetweenTwoCallsOnly_data();
+    void overwriting_isHarmedBetweenTwoCallsOnly();
+    void overwriting_touchesTheFileInTwoCalls_data();
+    void overwriting_touchesTheFileInTwoCalls();
+
+private:
+    void prepare();
+    QString path(const QString &name) const { return m_folder->path() + u'/' + name; }
+
+    /// Saves in a process that meets such an end; returns whether it has met it.
+    bool killWhileSaving(const faults::Fault &fault, const CompressionOptions &options,
+                         const QByteArray &output);
+    /// Calls `check` with the fault's name and what is in the folder, after each way to be killed.
+    template <typename Check>
+    void forEachKill(const CompressionOptions &options, const QByteArray &output, Check check);
+
+    std::unique_ptr<QTemporaryDir> m_folder;
+    QByteArray m_source = bytes(50'000, 1);
+};
+
+void KilledSaveTest::init()
+{
+    m_folder = std::make_unique<QTemporaryDir>(quickTemplate());
+    QVERIFY(m_folder->isValid());
+    prepare();
+}
+
+void KilledSaveTest::prepare()
+{
+    QDir(path(u"in"_s)).removeRecursively();
+    QDir(path(u"out"_s)).removeRecursively();
+    QVERIFY(QDir().mkdir(path(u"in"_s)) && QDir().mkdir(path(u"out"_s)));
+    QFile file(path(u"in/a.png"_s));
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    QCOMPARE(file.write(m_source), m_source.size());
+}
+
+bool KilledSaveTest::killWhileSaving(const faults::Fault &fault, const CompressionOptions &options,
+                                     const QByteArray &output)
+{
+    const auto result = inChild([&] {
+        faults::arm(fault, qPrintable(m_folder->path()));
+        const QUrl source = QUrl::fromLocalFile(path(u"in/a.png"_s));
+        const auto read = readFile(source);
+        return read ? sentence(writeOutput(source, options, output)) : sentence(read);
+    });
+    if (result.signal == 0 && result.answer != u"no error"_s)
+        qFatal("%s", qPrintable(result.answer));
+    return result.signal == SIGKILL;
+}
+
+template <typename Check>
+void KilledSaveTest::forEachKill(const CompressionOptions &options, const QByteArray &output,
+                                 Check check)
+{
+    int kills = 0;
+    for (const Call call : faults::allCalls) {
+        for (const faults::How how : faults::deadlyWays) {
+            for (int nth = 1;; ++nth) {
+                prepare();
+                const Tree before = treeOf(m_folder->path());
+                if (!killWhileSaving({.call = call, .nth = nth, .how = how}, options, output))
+                    break;
+                ++kills;
+                check(u"%1 %2 %3"_s.arg(QLatin1StringView(faults::name(call)))
+                          .arg(nth)
+                          .arg(QLatin1StringView(faults::name(how))),
+                      before, treeOf(m_folder->path()));
+                if (QTest::currentTestFailed())
+                    return;
+            }
+        }
+    }
+    QVERIFY(kills >= 10);
+    qInfo("Killed at %d moments.", kills);
+}
+
+void KilledSaveTest::newName_isWholeOrMissing_data()
+{
+    QTest::addColumn<OutputDestination>("destination");
+    QTest::addColumn<bool>("converts");
+    QTest::addColumn<QString>("name");
+    const auto row = [](const char *tag, OutputDestination destination, bool converts,
+                        const QString &name) {
+        QTest::newRow(tag) << destination << converts << name;
+    };
+    row("alongside", OutputDestination::alongside, false, u"in/a-pixpress.png"_s);
+    row("alongside, converted", OutputDestination::alongside, true, u"in/a-pixpress.webp"_s);
+    row("custom folder", OutputDestination::customFolder, false, u"out/a.png"_s);
+    row("custom folder, converted", OutputDestination::customFolder, true, u"out/a.webp"_s);
+    row("overwriting, converted", OutputDestination::overwrite, true, u"in/a.webp"_s);
+}
+
+void KilledSaveTest::newName_isWholeOrMissing()
+{
+    QFETCH(const OutputDestination, destination);
+    QFETCH(const bool, converts);
+    QFETCH(const QString, name);
+    const CompressionOptions options{.convertEnabled = converts,
+                                     .convertFormat = ImageFormat::webp,
+                                     .outputDestination = destination,
+                                     .customFolderURL = QUrl::fromLocalFile(path(u"out"_s))};
+    const QByteArray output = bytes(30'000, 2);
+    int whole = 0;
+    forEachKill(options, output, [&](const QString &fault, const Tree &before, Tree after) {
+        if (after.contains(name)) {
+            ++whole;
+            QVERIFY2(after.take(name).content == output, qPrintable(fault));
+        }
+        QVERIFY2(after == before, qPrintable(fault + u": "_s + difference(before, after)));
+    });
+    QVERIFY(whole > 0); // when it is killed on closing
+}
+
+void KilledSaveTest::newNameWithoutUnnamedFiles_harmsNothingElse()
+{
+    faults::refuseUnnamedFiles(true);
+    forEachKill({}, bytes(30'000, 2), [](const QString &fault, const Tree &before, Tree after) {
+        after.remove(u"in/a-pixpress.png"_s);
+        QVERIFY2(after == before, qPrintable(fault + u": "_s + difference(before, after)));
+    });
+}
+
+void KilledSaveTest::overwriting_isHarmedBetweenTwoCallsOnly_data()
+{
+    QTest::addColumn<qsizetype>("size");
+    QTest::addColumn<QStringList>("harmful");
+    // A smaller picture still has the end of the former one behind its own.
+    QTest::newRow("smaller") << qsizetype(30'000)
+                             << QStringList({u"write 1 torn"_s, u"ftruncate 1 killed"_s});
+    QTest::newRow("larger") << qsizetype(80'000) << QStringList({u"write 1 torn"_s});
+}
+
+void KilledSaveTest::overwriting_isHarmedBetweenTwoCallsOnly()
+{
+    QFETCH(const qsizetype, size);
+    QFETCH(const QStringList, harmful);
+    const QByteArray output = bytes(size, 2);
+    QStringList harmed;
+    forEachKill({.outputDestination = OutputDestination::overwrite}, output,
+                [&](const QString &fault, const Tree &before, Tree after) {
+                    const QByteArray content =
+                        std::exchange(after[u"in/a.png"_s].content, m_source);
+                    QVERIFY2(after == before, qPrintable(fault));
+                    if (content != m_source && content != output)
+                        harmed.append(fault);
+                    if (fault.startsWith(u"ftruncate"_s))
+                        QVERIFY2(content.startsWith(output), qPrintable(fault));
+                });
+    QCOMPARE(harmed, harmful);
+}
+
+void KilledSaveTest::overwriting_touchesTheFileInTwoCalls_data()
+{
+    QTest::addColumn<qsizetype>("size");
+    QTest::newRow("500 kB") << qsizetype(500'000);
+    QTest::newRow("20 MB") << qsizetype(20'000'000);
+}
+
+// However large the picture is; how long that takes is shown.
+void KilledSaveTest::overwriting_touchesTheFileInTwoCalls()
+{
+    QFETCH(const qsizetype, size);
+    static QList<Call> g_calls;
+    static QElapsedTimer g_sinceWrite;
+    static qint64 g_window;
+    QList<qint64> windows;
+    for (int round = 0; round < 7; ++round) {
+        m_source = bytes(size * 5 / 4, 1);
+        m_folder = std::make_unique<QTemporaryDir>(); // on a disk
+        prepare();
+        g_calls.clear();
+        faults::observe(
+            [](Call call, int) {
+                g_calls.append(call);
+                if (call == Call::write)
+                    g_sinceWrite.start();
+                if (call == Call::fsync)
+                    g_window = g_sinceWrite.nsecsElapsed() / 1000;
+            },
+            qPrintable(m_folder->path()));
+        const auto written =
+            writeOutput(QUrl::fromLocalFile(path(u"in/a.png"_s)),
+                        {.outputDestination = OutputDestination::overwrite}, bytes(size, 2));
+        faults::observe(nullptr);
+        QVERIFY(written);
+        windows.append(g_window);
+        const QList<Call> expected{Call::read,      Call::read,  Call::fallocate, Call::write,
+                                   Call::ftruncate, Call::fsync, Call::close};
+        QVERIFY(g_calls == expected);
+    }
+    std::ranges::sort(windows);
+    qInfo("Between the first and the last byte: %lld us (%lld to %lld).",
+          static_cast<long long>(windows[3]), static_cast<long long>(windows.first()),
+          static_cast<long long>(windows.last()));
+}
+
+QTEST_GUILESS_MAIN(KilledSaveTest)
+#include "tst_killedsave.moc"
