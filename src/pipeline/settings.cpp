@@ -3,12 +3,11 @@
 
 #include "pipeline/settings.h"
 
-#include <QDir>
+#include "pipeline/settingsfile.h"
+
 #include <QFile>
-#include <QFileDevice>
 #include <QFileInfo>
-#include <QJsonDocument>
-#include <QJsonObject>
+#include <QSettings>
 
 using namespace Qt::StringLiterals;
 
@@ -16,61 +15,55 @@ namespace pixpress {
 
 namespace {
 
-constexpr auto ownerOnly = QFileDevice::ReadOwner | QFileDevice::WriteOwner;
-
-bool readEntries(QIODevice &device, QSettings::SettingsMap &entries)
-{
-    const QByteArray content = device.readAll();
-    const QJsonDocument json = QJsonDocument::fromJson(content);
-    entries = json.object().toVariantMap();
-    return json.isObject() || content.isEmpty();
-}
-
-/// Where QSettings' own formats would replace a good file by an empty one: QSaveFile of Qt 6.4 does
-/// not notice a full disk while it commits (it does not look at what its flush returned).
-bool writeEntries(QIODevice &device, const QSettings::SettingsMap &entries)
-{
-    const QByteArray content = QJsonDocument(QJsonObject::fromVariantMap(entries)).toJson();
-    auto *const file = qobject_cast<QFileDevice *>(&device);
-    return device.write(content) == content.size() && (!file || file->flush());
-}
-
-QSettings::Format checkedFormat()
-{
-    static const QSettings::Format format =
-        QSettings::registerFormat(u"json"_s, readEntries, writeEntries);
-    return format;
-}
-
 const QString apiKeyEntry = u"pixpress_api_key"_s;
+
+/// In the platform's folder for settings.
+QString pathOf(const QString &application)
+{
+    const QSettings place(QSettings::IniFormat, QSettings::UserScope, u"Pixpress"_s, application);
+    const QFileInfo ini(place.fileName());
+    return ini.path() + u'/' + application + u".json"_s;
+}
 
 } // namespace
 
-UserSettings::UserSettings(const QString &application)
-    : m_settings(checkedFormat(), QSettings::UserScope, u"Pixpress"_s, application)
+UserSettings::UserSettings(const QString &application) : m_path(pathOf(application))
 {
-    m_settings.setFallbacksEnabled(false);
-    if (QFile file(m_settings.fileName()); file.exists())
-        file.setPermissions(ownerOnly);
+    if (QFile file(m_path); file.exists() && QFileInfo(file).isFile())
+        file.setPermissions(QFileDevice::ReadOwner | QFileDevice::WriteOwner);
+    if (const auto entries = settingsfile::read(m_path); !entries)
+        qWarning("The settings in \"%s\" cannot be read: %s", qUtf8Printable(m_path),
+                 qUtf8Printable(entries.error()));
+}
+
+/// Takes over what other copies have stored. What cannot be read now was perhaps read before.
+void UserSettings::refresh() const
+{
+    if (auto entries = settingsfile::read(m_path))
+        m_stored = *std::move(entries);
 }
 
 QVariant UserSettings::value(const QString &key) const
 {
-    return m_settings.value(key);
+    if (const auto unstored = m_unstored.constFind(key); unstored != m_unstored.constEnd())
+        return unstored->toVariant();
+    refresh();
+    return m_stored.value(key).toVariant();
 }
 
 void UserSettings::setValue(const QString &key, const QVariant &value)
 {
-    // QSettings writes with the permissions that the file has, so that it must exist with the right
-    // ones before: at no moment is there a file with the key that others can read.
-    QFile file(m_settings.fileName());
-    QDir().mkpath(QFileInfo(file).absolutePath());
-    if (!file.open(QIODevice::WriteOnly | QIODevice::NewOnly, ownerOnly))
-        file.setPermissions(ownerOnly);
-    file.close();
-
-    m_settings.setValue(key, value);
-    m_settings.sync();
+    m_unstored.insert(key, QJsonValue::fromVariant(value));
+    auto stored = settingsfile::merge(m_path, m_unstored);
+    if (stored) {
+        m_stored = *std::move(stored);
+        m_unstored = {};
+        m_complaint.clear();
+    } else if (m_complaint != stored.error()) {
+        m_complaint = stored.error();
+        qWarning("The settings could not be stored in \"%s\": %s", qUtf8Printable(m_path),
+                 qUtf8Printable(m_complaint));
+    }
 }
 
 namespace KeychainHelper {

@@ -4,7 +4,7 @@
 #pragma once
 
 #include <QHash>
-#include <QSettings>
+#include <QJsonObject>
 #include <QString>
 #include <QVariant>
 
@@ -27,8 +27,11 @@ public:
     virtual void setValue(const QString &key, const QVariant &value) = 0;
 };
 
-/// The user's settings in the platform's native place. Since the API key is among them, the file is
-/// readable by its owner alone.
+/// The user's settings, in a file that is readable by its owner alone, since the API key is among
+/// them. Running copies share it: each change is made to what the file holds at that moment.
+///
+/// What cannot be stored is kept until it can, or the process ends, and said on standard error. A
+/// file that cannot be read is not replaced; one that holds no settings is put aside first.
 class UserSettings : public SettingsStore
 {
 public:
@@ -39,7 +42,12 @@ public:
     void setValue(const QString &key, const QVariant &value) override;
 
 private:
-    QSettings m_settings;
+    void refresh() const;
+
+    const QString m_path;
+    mutable QJsonObject m_stored; ///< As last read.
+    QJsonObject m_unstored;
+    QString m_complaint; ///< The last one, which is not repeated.
 };
 
 /// Settings that end with the process, for a run that is to leave no trace.
