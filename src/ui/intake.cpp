@@ -3,40 +3,14 @@
 
 #include "ui/intake.h"
 
-#include "model/formats.h"
 #include "pipeline/appstate.h"
-
-#include <algorithm>
-
-using namespace Qt::StringLiterals;
+#include "ui/droppedfiles.h"
 
 namespace pixpress {
 
-namespace {
-
-/// File managers may name this machine in the address; a file elsewhere is none of ours.
-bool isOnThisMachine(const QUrl &url)
-{
-    return url.isLocalFile() && (url.host().isEmpty() || url.host() == u"localhost"_s);
-}
-
-} // namespace
-
-bool hasFile(const QList<QUrl> &dragged)
-{
-    return std::ranges::any_of(dragged, isOnThisMachine);
-}
-
 void handleDrop(AppState &appState, const QList<QUrl> &dropped)
 {
-    QList<QUrl> accepted;
-    for (QUrl url : dropped) {
-        if (!isOnThisMachine(url) || !isSupported(url.fileName()))
-            continue;
-        if (!url.host().isEmpty())
-            url.setHost({});
-        accepted.append(url);
-    }
+    const QList<QUrl> accepted = supportedFiles(dropped);
     if (!accepted.isEmpty())
         appState.compressionQueue()->addFiles(accepted, appState.options());
 }

@@ -3,6 +3,7 @@
 
 #include "ui/pixpressapp.h"
 
+#include "ui/droppedfiles.h"
 #include "ui/intake.h"
 
 #include <QQmlApplicationEngine>
@@ -107,8 +108,9 @@ void PixpressApp::openFiles(const QList<QUrl> &files)
 {
     if (m_appState.isAPIKeyConfigured())
         return handleDrop(files);
-    connect(&m_appState, &AppState::isAPIKeyConfiguredChanged, this,
-            [this, files] { handleDrop(files); }, Qt::SingleShotConnection);
+    connect(
+        &m_appState, &AppState::isAPIKeyConfiguredChanged, this,
+        [this, files] { handleDrop(files); }, Qt::SingleShotConnection);
 }
 
 void PixpressApp::openFilePicker()
