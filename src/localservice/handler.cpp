@@ -29,7 +29,7 @@ RequestHandler::RequestHandler(LocalServiceConfig config, int connectionCount)
 {
 }
 
-void RequestHandler::attachTo(ConnectionServer &server)
+void RequestHandler::attachTo(httplib::Server &server)
 {
     server.set_pre_routing_handler([this](const auto &request, auto &response) {
         return handleHead(request, response) ? ConnectionServer::HandlerResponse::Handled

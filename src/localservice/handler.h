@@ -19,7 +19,7 @@ public:
     RequestHandler(LocalServiceConfig config, int connectionCount);
 
     /// Sets the routes. The server is not to run longer than this object lives.
-    void attachTo(ConnectionServer &server);
+    void attachTo(httplib::Server &server);
 
     /// Before the server runs.
     void setPort(int port) { m_port = port; }
