@@ -11,9 +11,11 @@ namespace pixpress {
 
 namespace {
 
+/// Of the decoded path: in an address, an encoded slash belongs to the file's name.
 QString folderOf(const QUrl &source)
 {
-    return source.adjusted(QUrl::RemoveFilename).toLocalFile();
+    const QString path = source.toLocalFile();
+    return path.first(path.lastIndexOf(u'/') + 1);
 }
 
 } // namespace
