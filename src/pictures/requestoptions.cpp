@@ -7,6 +7,7 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 
+#include <algorithm>
 #include <cmath>
 
 using namespace Qt::StringLiterals;
@@ -73,18 +74,20 @@ Outcome parseConvert(const QJsonObject &convert, RequestOptions &options)
     const QJsonArray types = type.isString() ? QJsonArray{type} : type.toArray();
     if (types.isEmpty())
         return Fault(u"\"convert.type\" must be a list of one or more image types."_s);
+    // Once each: a picture is encoded for every entry.
+    const auto add = [&](ImageFormat format) {
+        if (!options.convert.contains(format))
+            options.convert.append(format);
+    };
     for (const QJsonValue &entry : types) {
-        if (entry == "*/*"_L1) {
-            options.convert.append(
-                {ImageFormat::png, ImageFormat::jpeg, ImageFormat::webp, ImageFormat::avif});
-            continue;
-        }
         const auto format = fromRawValue<ImageFormat>(entry.toString());
-        if (!format)
+        if (entry == "*/*"_L1)
+            std::ranges::for_each(allCases<ImageFormat>(), add);
+        else if (format)
+            add(*format);
+        else
             return Fault(u"\"convert.type\" must name image/png, image/jpeg, image/webp or "
                          "image/avif."_s);
-        if (!options.convert.contains(*format))
-            options.convert.append(*format);
     }
     return {};
 }

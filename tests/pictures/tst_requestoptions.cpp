@@ -53,6 +53,10 @@ void TestRequestOptions::looseForms_areUnderstood_data()
         << QByteArray(R"({"convert":{"type":"*/*"}})")
         << QByteArray(
                R"({"convert":{"type":["image/png","image/jpeg","image/webp","image/avif"]}})");
+    QTest::newRow("any type, and one by name")
+        << QByteArray(R"({"convert":{"type":["image/webp","*/*","*/*"]}})")
+        << QByteArray(
+               R"({"convert":{"type":["image/webp","image/png","image/jpeg","image/avif"]}})");
     QTest::newRow("white") << QByteArray(R"({"transform":{"background":"white"}})")
                            << QByteArray(R"({"transform":{"background":"#FFFFFF"}})");
     QTest::newRow("black") << QByteArray(R"({"transform":{"background":"black"}})")
