@@ -46,6 +46,8 @@ Descriptor::Result<> toResult(bool succeeded)
 Descriptor::Result<Descriptor> Descriptor::open(const QString &path, int flags)
 {
     const QByteArray name = QFile::encodeName(path);
+    if (name.contains('\0')) // The system would open what is named before it.
+        return std::unexpected(EINVAL);
     const int descriptor = uninterrupted([&] {
         return ::open(name.constData(), flags | O_CLOEXEC | O_NOCTTY | O_NONBLOCK,
                       leaveItToTheUmask);

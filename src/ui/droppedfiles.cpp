@@ -19,6 +19,12 @@ bool isOnThisMachine(const QUrl &url)
     return url.isLocalFile() && (url.host().isEmpty() || url.host() == u"localhost"_s);
 }
 
+/// To the system a zero is a name's end: "a.txt%00.png" would open "a.txt".
+bool isName(const QUrl &url)
+{
+    return !url.toLocalFile().contains(QChar(0));
+}
+
 } // namespace
 
 bool hasFile(const QList<QUrl> &dragged)
@@ -30,7 +36,7 @@ QList<QUrl> supportedFiles(const QList<QUrl> &dropped)
 {
     QList<QUrl> supported;
     for (QUrl url : dropped) {
-        if (!isOnThisMachine(url) || !isSupported(url.fileName()))
+        if (!isOnThisMachine(url) || !isName(url) || !isSupported(url.fileName()))
             continue;
         if (!url.host().isEmpty())
             url.setHost({});
