@@ -56,7 +56,7 @@ END
 missing_elsewhere() {
     local need commands=(c++ cmake ninja ccache pkg-config)
     if [[ " $* " == *" ${test_packages[*]}"* ]]; then
-        commands+=(clang-format-19 openssl)
+        commands+=(clang-format-19 clang++-19 openssl)
         [[ $OSTYPE != linux* ]] || commands+=(Xvfb openbox xdotool dbus-daemon)
     fi
     if [[ " $* " == *" ${bench_packages[*]}"* ]]; then
