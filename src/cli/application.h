@@ -1,0 +1,13 @@
+// SPDX-FileCopyrightText: 2026 The Pixpress authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#pragma once
+
+#include "service/tinifyservice.h"
+
+namespace pixpress::cli {
+
+/// All that the program does; returns its exit status.
+int runApplication(int argc, char *argv[], const ServiceConfig &remoteService = {});
+
+} // namespace pixpress::cli
