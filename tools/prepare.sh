@@ -41,7 +41,8 @@ This is not Debian or Ubuntu, so nothing is installed. To build, install
   libexif, libheif, libjpeg, libpng 1.6.32, libwebp with libwebpmux, libimagequant 2.17, zlib;
   and for the window the fonts Inter, JetBrains Mono and Noto Color Emoji.
 For ./test also
-  clang-format 19, clang-tidy 19, the sanitizers' libraries of the compiler, OpenSSL's command,
+  Clang 19 with libFuzzer, clang-format 19, clang-tidy 19, the sanitizers' libraries of the
+  compiler, OpenSSL's command,
   RapidCheck;
   Qt Quick Test, qmllint; and for the tests of the desktop, on Linux,
   Xvfb, xauth, openbox, xdotool, dbus-daemon, Mesa's software renderer, libxcb.
