@@ -3,6 +3,7 @@
 
 #include "pictures/thumbnail.h"
 
+#include "codec/descriptorsource.h"
 #include "codec/vipslibrary.h"
 
 #include <algorithm>
@@ -64,7 +65,7 @@ Thumbnail makeThumbnail(int descriptor, int longerSide, const std::atomic_bool &
     startVips();
     try {
         // Not VImage::thumbnail_source(), which paints black what is damaged.
-        VImage image = open(vips::VSource::new_from_descriptor(descriptor), longerSide);
+        VImage image = open(descriptorSource(descriptor), longerSide);
         stopWith(image, stopped);
         const VImage small = image.thumbnail_image(longerSide, VImage::option()
                                                                    ->set("height", longerSide)
