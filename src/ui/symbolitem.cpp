@@ -3,6 +3,7 @@
 
 #include "ui/symbolitem.h"
 
+#include <QCache>
 #include <QHash>
 #include <QPainter>
 #include <QSvgRenderer>
@@ -27,6 +28,26 @@ QSvgRenderer &drawing(const QString &name)
             qWarning("There is no symbol \"%s\".", qUtf8Printable(name));
     }
     return *drawing;
+}
+
+/// The drawing is black on nothing; its coverage is what is kept of it. The same few symbols stand
+/// in every row of a list.
+QImage tinted(const QString &name, QSize pixels, QColor colour)
+{
+    thread_local QCache<QString, QImage> images(200);
+    const QString key =
+        u"%1 %2x%3 %4"_s.arg(name).arg(pixels.width()).arg(pixels.height()).arg(colour.rgba());
+    if (const QImage *known = images.object(key))
+        return *known;
+    QImage image(pixels, QImage::Format_ARGB32_Premultiplied);
+    image.fill(Qt::transparent);
+    QPainter painter(&image);
+    drawing(name).render(&painter);
+    painter.setCompositionMode(QPainter::CompositionMode_SourceIn);
+    painter.fillRect(image.rect(), colour);
+    painter.end();
+    images.insert(key, new QImage(image));
+    return image;
 }
 
 } // namespace
@@ -66,18 +87,9 @@ void SymbolItem::paint(QPainter *painter)
 {
     if (m_name.isEmpty())
         return;
-    // The drawing is black on nothing; its coverage is what is kept of it.
     const qreal ratio = painter->device()->devicePixelRatio();
-    const QTransform &transform = painter->transform();
-    const QSizeF pixels = boundingRect().size() * ratio * transform.m11();
-    QImage image(pixels.toSize(), QImage::Format_ARGB32_Premultiplied);
-    image.fill(Qt::transparent);
-    QPainter tint(&image);
-    drawing(m_name).render(&tint);
-    tint.setCompositionMode(QPainter::CompositionMode_SourceIn);
-    tint.fillRect(image.rect(), m_color);
-    tint.end();
-    painter->drawImage(boundingRect(), image);
+    const QSizeF pixels = boundingRect().size() * ratio * painter->transform().m11();
+    painter->drawImage(boundingRect(), tinted(m_name, pixels.toSize(), m_color));
 }
 
 } // namespace pixpress

@@ -29,8 +29,8 @@ QImage toQImage(const Thumbnail &thumbnail)
         .copy();
 }
 
-/// Lets the window go first. Qt's priorities have no effect under Linux's usual scheduling; there the
-/// niceness of a thread has one, and libvips' own threads, which this one starts, inherit it.
+/// Lets the window go first. Qt's priorities have no effect under Linux's usual scheduling; there
+/// the niceness of a thread has one, and libvips' own threads, which this one starts, inherit it.
 void yieldToTheWindow()
 {
 #ifdef Q_OS_LINUX

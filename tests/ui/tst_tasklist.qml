@@ -132,16 +132,16 @@ ViewTest {
         stage.hold();
         const view = show(component);
         const activity = findChild(view, "activity");
-        verify(!activity.visible);
+        verify(!activity.visible && !activity.isTurning);
         stage.app.handleDrop([stage.file("a.png")]);
-        tryVerify(() => activity.visible);
+        tryVerify(() => activity.visible && activity.isTurning);
         tryCompare(stage, "waiting", 1);
         stage.releaseOne();
         tryCompare(stage, "waiting", 1);
         verify(activity.visible); // fetching the output
         tryVerify(() => placeOf(activity, view).right === 920 - 16);
         stage.release();
-        tryVerify(() => !activity.visible);
+        tryVerify(() => !activity.visible && !activity.isTurning);
     }
 
     function test_row_changesInPlaceAndKeepsItsView() {

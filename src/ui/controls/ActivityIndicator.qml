@@ -13,6 +13,7 @@ Item {
     property int size: 16
     property color color: Theme.secondary
     property int step: 0
+    readonly property alias isTurning: turn.running
 
     implicitWidth: size
     implicitHeight: size
@@ -21,6 +22,8 @@ Item {
     Accessible.name: qsTr("In progress")
 
     Timer {
+        id: turn
+
         interval: 100
         repeat: true
         running: root.visible && root.Window.visibility !== Window.Hidden
