@@ -11,6 +11,25 @@ if(PIXPRESS_HAS_GOLD AND CMAKE_BUILD_TYPE STREQUAL "Debug")
     add_link_options(-fuse-ld=gold)
 endif()
 
+# What a fault in the release can do is limited: overflows of buffers, of the stack and of the
+# standard library's containers end the program, and its tables of functions cannot be overwritten.
+include(CheckCXXCompilerFlag)
+include(CheckPIESupported)
+if(CMAKE_BUILD_TYPE STREQUAL "Release")
+    check_pie_supported()
+    set(CMAKE_POSITION_INDEPENDENT_CODE ON)
+    check_cxx_compiler_flag(-fcf-protection PIXPRESS_HAS_CF_PROTECTION)
+    check_cxx_compiler_flag(-fstack-clash-protection PIXPRESS_HAS_STACK_CLASH_PROTECTION)
+    check_linker_flag(CXX LINKER:-z,relro,-z,now,-z,noexecstack PIXPRESS_HAS_RELRO)
+    add_compile_options(-fstack-protector-strong -U_FORTIFY_SOURCE -D_FORTIFY_SOURCE=3
+        $<$<BOOL:${PIXPRESS_HAS_CF_PROTECTION}>:-fcf-protection>
+        $<$<BOOL:${PIXPRESS_HAS_STACK_CLASH_PROTECTION}>:-fstack-clash-protection>)
+    add_compile_definitions(_GLIBCXX_ASSERTIONS)
+    if(PIXPRESS_HAS_RELRO)
+        add_link_options(LINKER:-z,relro,-z,now,-z,noexecstack)
+    endif()
+endif()
+
 # Language, warnings and definitions, once for every target of ours. QT_NO_KEYWORDS: glib, which is
 # under libvips, has a parameter named "signals".
 function(pixpress_configure target)
