@@ -138,6 +138,7 @@ VImage decodePicture(VImage opened, const std::atomic_bool &stopped)
         image = image.autorot().copy_memory();
     if (image.has_alpha() && image[image.bands() - 1].min() == 255)
         image = image.extract_band(0, VImage::option()->set("n", image.bands() - 1)).copy_memory();
+    useAllThreads(image);
     return image;
 }
 

@@ -97,7 +97,8 @@ QByteArray serialise(ExifData *data)
 
 vips::VImage withoutMetadata(const vips::VImage &image, const Preserve &preserve)
 {
-    QSet<QByteArray> kept{"n-pages", "page-height", "delay", "gif-delay", "loop", "gif-loop"};
+    QSet<QByteArray> kept{"n-pages",  "page-height",        "delay", "gif-delay", "loop",
+                          "gif-loop", VIPS_META_CONCURRENCY};
     QByteArray block = preserve.any() ? exifBlock(image) : QByteArray();
     if (!block.isEmpty()) {
         const ExifPointer data = parse(block);

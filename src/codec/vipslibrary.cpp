@@ -5,7 +5,9 @@
 
 #include <QtGlobal>
 
+#include <algorithm>
 #include <mutex>
+#include <thread>
 
 namespace pixpress {
 
@@ -32,11 +34,19 @@ void startVips()
         g_log_set_handler("VIPS", G_LOG_LEVEL_WARNING, ignoreMessage, nullptr);
         // No picture comes twice: a cache of operations would only hold their pixels.
         vips_cache_set_max(0);
+        vips_concurrency_set(1);
         vips_operation_block_set("VipsForeignLoad", TRUE);
         for (const char *loader : {"VipsForeignLoadPng", "VipsForeignLoadJpeg",
                                    "VipsForeignLoadWebp", "VipsForeignLoadHeif"})
             vips_operation_block_set(loader, FALSE);
     });
+}
+
+void useAllThreads(vips::VImage &pixels)
+{
+    pixels = pixels.copy();
+    pixels.set(VIPS_META_CONCURRENCY,
+               std::max(1, static_cast<int>(std::thread::hardware_concurrency())));
 }
 
 void stopWith(vips::VImage &image, const std::atomic_bool &stopped)
