@@ -83,7 +83,7 @@ void LongRun::runUntil(int pictures)
         if (m_loop.timeout())
             complaints.append(u"Nothing has ended for long."_s);
     }
-    if (m_queue.firstPending() >= 0)
+    if (complaints.isEmpty() && m_queue.firstPending() >= 0)
         complaints.append(u"The queue has stopped though a task is pending."_s);
 }
 

@@ -104,7 +104,8 @@ void LongRunTest::manyTasks_leaveNothingUndoneAndNothingBehind()
         const qint64 growth = residentMemory() - memoryAtFirst;
         const qsizetype listed = run.tasksListed() - listedAtFirst;
 
-        run.checkAll();
+        if (run.complaints.isEmpty()) // else it was broken off
+            run.checkAll();
         qInfo("%.1f s; %d completed, %d retries, %d clears (%d while something ran) of %d tasks, "
               "%d tasks mistaken for others, %d connections refused",
               static_cast<double>(time.elapsed()) / 1000, run.completed, run.retries, run.clears,
