@@ -80,6 +80,7 @@ void ConnectionServer::stop()
         for (const Connection *connection : m_connections)
             ::shutdown(connection->socket, SHUT_RDWR);
     }
+    m_ends.notify_all();
     // The library ignores a stop that comes before its loop has begun.
     while (!is_running()) {
         const std::lock_guard lock(m_mutex);
@@ -97,8 +98,11 @@ void ConnectionServer::closeAfterAnswer()
 
 bool ConnectionServer::makeRoom()
 {
-    const std::lock_guard lock(m_mutex);
-    if (m_openCount >= m_limits.threads + m_limits.waiting)
+    std::unique_lock lock(m_mutex);
+    // The next ones wait in the system's own queue meanwhile.
+    m_ends.wait(lock,
+                [this] { return m_stopping || m_openCount < m_limits.threads + m_limits.waiting; });
+    if (m_stopping)
         return false;
     ++m_openCount;
     if (m_openCount <= m_limits.threads)
@@ -133,6 +137,7 @@ bool ConnectionServer::process_and_close_socket(socket_t socket)
         m_connections.erase(self);
         --m_openCount;
     }
+    m_ends.notify_one();
     ::shutdown(socket, SHUT_RDWR);
     ::close(socket);
     return succeeded;
@@ -147,7 +152,7 @@ bool ConnectionServer::serve(Connection &connection)
         m_connections.splice(m_connections.end(), m_connections, self);
         return !m_stopping && (!isIdle || m_openCount <= m_limits.threads);
     };
-    ConnectionStream stream(connection.socket, m_limits);
+    ConnectionStream stream(connection.socket, m_limits, m_openCount);
     while (stream.awaitRequest()) {
         if (!setIdle(false))
             return false;

@@ -7,6 +7,8 @@
 
 #include <httplib.h>
 
+#include <atomic>
+#include <condition_variable>
 #include <list>
 #include <mutex>
 
@@ -48,7 +50,8 @@ private:
     const ConnectionLimits m_limits;
     std::mutex m_mutex;
     std::list<Connection *> m_connections; ///< Those idle for the longest time first.
-    size_t m_openCount = 0;                ///< With those that wait for a thread.
+    std::atomic<size_t> m_openCount = 0;   ///< With those that wait for a thread.
+    std::condition_variable m_ends;        ///< Told when a connection has, or all are to.
     bool m_stopping = false;
     bool m_ended = false;
 };

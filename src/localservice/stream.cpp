@@ -14,6 +14,7 @@ namespace {
 /// while bytes arrive makes the peer's system drop the answer that it has not yet read.
 constexpr ssize_t lingerBytes = 4 << 20;
 constexpr std::chrono::milliseconds lingerTime{500};
+constexpr std::chrono::milliseconds crowdCheck{100}; // how often it is asked whether others wait
 
 void setReadTimeout(socket_t socket, std::chrono::microseconds timeout)
 {
@@ -50,8 +51,12 @@ ssize_t ConnectionStream::write(const char *from, size_t size)
 bool ConnectionStream::awaitRequest()
 {
     m_deadline = m_isNew ? Clock::now() + m_limits.firstByte : Clock::time_point::max();
+    if (m_isNew)
+        m_headBegin = Clock::now();
     if (m_begin == m_end && !fill())
         return false;
+    if (!m_isNew)
+        m_headBegin = Clock::now();
     m_isNew = false;
     m_isInHead = true;
     m_isLineEmpty = true;
@@ -98,6 +103,7 @@ void ConnectionStream::measureHead(const char *from, size_t size)
         ++m_headBytes;
         if (byte == '\n' && m_isLineEmpty) {
             m_isInHead = false;
+            m_headBegin.reset();
             m_deadline = Clock::now() + m_limits.bodyTime;
             return;
         }
@@ -109,16 +115,27 @@ void ConnectionStream::measureHead(const char *from, size_t size)
 
 ssize_t ConnectionStream::receive(Clock::duration silence)
 {
+    const auto end = std::min(m_deadline, Clock::now() + silence);
     ssize_t count = 0;
     do {
         const auto left = std::chrono::duration_cast<std::chrono::microseconds>(
-            std::min(silence, m_deadline - Clock::now()));
+            std::min(end, nextCheck()) - Clock::now());
         if (left.count() <= 0) // To the system it would mean without end.
             return -1;
         setReadTimeout(m_socket, left);
         count = ::recv(m_socket, m_in.data(), m_in.size(), 0);
-    } while (count < 0 && errno == EINTR);
+    } while (count < 0 && (errno == EINTR || errno == EAGAIN));
     return count;
+}
+
+/// Until when it may be waited without another look at who else waits.
+ConnectionStream::Clock::time_point ConnectionStream::nextCheck() const
+{
+    if (!m_headBegin)
+        return Clock::time_point::max();
+    if (m_openCount > m_limits.threads)
+        return *m_headBegin + m_limits.patience;
+    return Clock::now() + crowdCheck;
 }
 
 bool ConnectionStream::send(const char *from, size_t size)

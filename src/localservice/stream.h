@@ -6,7 +6,9 @@
 #include <httplib.h>
 
 #include <array>
+#include <atomic>
 #include <chrono>
+#include <optional>
 #include <string>
 
 namespace pixpress {
@@ -21,14 +23,19 @@ struct ConnectionLimits
     std::chrono::milliseconds silence{60'000};   ///< Between two requests and within one.
     std::chrono::milliseconds headTime{60'000};  ///< From a head's first byte to its last.
     std::chrono::milliseconds bodyTime{600'000}; ///< From a head's end to its body's.
+    /// From a connection's beginning, or a head's first byte, to the head's last, while others wait
+    /// for a thread. Whoever has no key can keep a thread for no longer.
+    std::chrono::milliseconds patience{500};
 };
 
 /// The library's view of a connection, buffered both ways. Used on one thread.
 class ConnectionStream final : public httplib::Stream
 {
 public:
-    ConnectionStream(socket_t socket, const ConnectionLimits &limits)
-        : m_socket(socket), m_limits(limits)
+    /// `openCount` are the connections of the server, with those that wait for a thread.
+    ConnectionStream(socket_t socket, const ConnectionLimits &limits,
+                     const std::atomic<size_t> &openCount)
+        : m_socket(socket), m_limits(limits), m_openCount(openCount)
     {
     }
 
@@ -58,11 +65,14 @@ private:
     bool fill();
     void measureHead(const char *from, size_t size);
     ssize_t receive(Clock::duration silence);
+    Clock::time_point nextCheck() const;
     bool send(const char *from, size_t size);
 
     const socket_t m_socket;
     const ConnectionLimits &m_limits;
-    bool m_isNew = true; ///< Until the first request.
+    const std::atomic<size_t> &m_openCount;
+    std::optional<Clock::time_point> m_headBegin; ///< Set until the head is complete.
+    bool m_isNew = true;                          ///< Until the first request.
     bool m_failed = false;
     std::array<char, 65'536> m_in;
     size_t m_begin = 0;

@@ -30,7 +30,9 @@ private Q_SLOTS:
     void silence_isEnded_data();
     void silence_isEnded();
     void peerThatDoesNotRead_isEnded();
-    void tooManyConnections_areEnded();
+    void tooManyConnections_wait();
+    void unfinishedHead_isEndedWhenOthersWait_data();
+    void unfinishedHead_isEndedWhenOthersWait();
     void waitingConnections_areServedInTheirTurn();
 };
 
@@ -177,21 +179,42 @@ void TestLimits::peerThatDoesNotRead_isEnded()
     QCOMPARE(Peer(server.base()).request("GET", "/").status, 200);
 }
 
-void TestLimits::tooManyConnections_areEnded()
+void TestLimits::tooManyConnections_wait()
 {
     Server server({.threads = 1, .waiting = 2});
     Peer busy(server.base());
     busy.send(head("GET", "/wait", {}));
     QVERIFY(server.waitUntilEntered());
-    Peer first(server.base());
-    Peer second(server.base());
-    Peer tooMany(server.base());
-    QVERIFY(tooMany.isEndedByService());
+    std::vector<std::unique_ptr<Peer>> others;
+    for (int i = 0; i < 5; ++i) {
+        others.push_back(std::make_unique<Peer>(server.base()));
+        others.back()->send(head("GET", "/", {{"Connection", "close"}}));
+    }
     server.release();
     QCOMPARE(busy.receive().status, 200);
-    QCOMPARE(first.request("GET", "/").status, 200);
-    QCOMPARE(second.request("GET", "/").status, 200);
+    for (const auto &other : others)
+        QCOMPARE(other->receive().status, 200);
+}
+
+void TestLimits::unfinishedHead_isEndedWhenOthersWait_data()
+{
+    QTest::addColumn<QByteArray>("sent");
+    QTest::newRow("nothing") << QByteArray();
+    QTest::newRow("half a line") << QByteArray("GET /");
+    QTest::newRow("half a head") << QByteArray("GET / HTTP/1.1\r\nA: b\r\n");
+    QTest::newRow("half of a second head") << head("GET", "/", {}) + "GET /";
+}
+
+void TestLimits::unfinishedHead_isEndedWhenOthersWait()
+{
+    QFETCH(QByteArray, sent);
+    const Server server({.threads = 1, .firstByte = 600s, .headTime = 600s, .patience = shortTime});
+    Peer slow(server.base());
+    slow.send(sent);
+    if (sent.startsWith("GET / HTTP/1.1\r\nHost"))
+        QCOMPARE(slow.receive().status, 200);
     QCOMPARE(Peer(server.base()).request("GET", "/").status, 200);
+    QVERIFY(slow.isEndedByService());
 }
 
 void TestLimits::waitingConnections_areServedInTheirTurn()
