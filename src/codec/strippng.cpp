@@ -10,6 +10,7 @@
 
 #include <algorithm>
 #include <array>
+#include <utility>
 
 namespace pixpress {
 
@@ -43,6 +44,7 @@ QByteArray exifChunk(const QByteArray &exif)
 std::optional<QByteArray> strippedPng(const QByteArray &file, const QByteArray &exif)
 {
     QByteArray result = file.first(std::min(signatureSize, file.size()));
+    bool awaitsExif = !exif.isEmpty();
     qsizetype at = signatureSize;
     while (at + 12 <= file.size()) {
         const auto size =
@@ -53,7 +55,7 @@ std::optional<QByteArray> strippedPng(const QByteArray &file, const QByteArray &
         const QByteArrayView type = chunk.sliced(4, 4);
         if (isNeeded(type))
             result.append(chunk.data(), chunk.size());
-        if (type == "IHDR" && !exif.isEmpty())
+        if (type == "IHDR" && std::exchange(awaitsExif, false))
             result.append(exifChunk(exif));
         if (type == "IEND")
             return result;
