@@ -5,6 +5,8 @@
 
 #include "model/formats.h"
 
+#include <QDir>
+
 #include <algorithm>
 
 using namespace Qt::StringLiterals;
@@ -19,10 +21,25 @@ bool isOnThisMachine(const QUrl &url)
     return url.isLocalFile() && (url.host().isEmpty() || url.host() == u"localhost"_s);
 }
 
-/// To the system a zero is a name's end: "a.txt%00.png" would open "a.txt".
-bool isName(const QUrl &url)
+/// Not where the program happens to have been started, which "file:a.png" would mean; and to the
+/// system a zero is a name's end: "a.txt%00.png" would open "a.txt". A colon leads to what Qt has
+/// built in, and not to a file.
+bool isWholePath(const QUrl &url)
 {
-    return !url.toLocalFile().contains(QChar(0));
+    const QString path = url.toLocalFile();
+    return QDir::isAbsolutePath(path) && !path.startsWith(u':') && !path.contains(QChar(0));
+}
+
+/// The address as this program makes them: without a host, with no slash encoded and with one slash
+/// in front. From two, Qt would make a host of a folder when the name of the copy is made.
+QUrl plain(QUrl url)
+{
+    if (!url.host().isEmpty())
+        url.setHost({});
+    QString path = url.toLocalFile();
+    while (path.startsWith("//"_L1))
+        path.remove(0, 1);
+    return QUrl::fromLocalFile(path);
 }
 
 } // namespace
@@ -35,12 +52,9 @@ bool hasFile(const QList<QUrl> &dragged)
 QList<QUrl> supportedFiles(const QList<QUrl> &dropped)
 {
     QList<QUrl> supported;
-    for (QUrl url : dropped) {
-        if (!isOnThisMachine(url) || !isName(url) || !isSupported(url.fileName()))
-            continue;
-        if (!url.host().isEmpty())
-            url.setHost({});
-        supported.append(url);
+    for (const QUrl &url : dropped) {
+        if (isOnThisMachine(url) && isWholePath(url) && isSupported(url.fileName()))
+            supported.append(plain(url));
     }
     return supported;
 }
