@@ -300,12 +300,18 @@ void SettingsFaultsTest::failedCall_keepsTheKey()
 
 void SettingsFaultsTest::copiesThatWriteAtOnce_loseNothing()
 {
-    constexpr int rounds = 300;
+    static constexpr int rounds = 300;
     putFile(good);
-    const auto write = [](const QString &entry) {
+    const auto write = [this](const QString &entry) {
         UserSettings settings;
-        for (int i = 1; i <= rounds; ++i) {
-            settings.setValue(entry, i);
+        int last = 0;
+        for (int i = 1; i <= rounds || last < rounds; ++i) {
+            if (entries().value(entry).toInt() < last) // undone by the other one
+                return false;
+            settings.setValue(
+                entry,
+                std::min(i, rounds)); // if it has its turn in time; else the next one stores it
+            last = entries().value(entry).toInt();
             if (KeychainHelper::loadAPIKey(settings) != u"secret"_s)
                 return false;
         }
