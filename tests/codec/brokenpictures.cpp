@@ -281,7 +281,7 @@ BrokenPictures bombs()
         {"has 17000 by 17000 pixels", blackPng(17'000, 17'000, 17'000 * 17'001)},
         {"has far more data than pixels", blackPng(100, 100, large)},
     };
-    for (const QByteArray &type : {"zTXt", "iCCP", "iTXt"}) {
+    for (const QByteArray type : {"zTXt", "iCCP", "iTXt"}) {
         const QByteArray data = type == "iTXt" ? QByteArray("a\0\1\0\0\0", 6) + packed
                                                : QByteArray("a\0\0", 3) + packed;
         result.append({"has a large " + type, QByteArray(small).insert(dataAt, chunk(type, data))});

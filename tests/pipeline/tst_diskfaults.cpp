@@ -49,6 +49,7 @@ private Q_SLOTS:
     void outOfRoom_costsNoPicture();
     void interruption_isNoFailure_data();
     void interruption_isNoFailure();
+    void roomThatCannotBeReserved_isNoFailure();
     void unrestoredPicture_isTold();
     void untouchedPicture_isNotSaidToBeLost_data();
     void untouchedPicture_isNotSaidToBeLost();
@@ -353,6 +354,17 @@ void DiskFaultsTest::interruption_isNoFailure()
 
     arm({.call = call, .nth = 1, .error = EINTR});
     QCOMPARE(readFile(url(u"a.png"_s)).value_or("none"), bytes(200, 'n'));
+}
+
+// Some file systems only know another way to do it.
+void DiskFaultsTest::roomThatCannotBeReserved_isNoFailure()
+{
+    put(u"a.png"_s, bytes(100, 'o'));
+    arm({.call = Call::fallocate, .nth = 1, .error = EOPNOTSUPP});
+    const auto written = writeFile(url(u"a.png"_s), bytes(200, 'n'));
+    QCOMPARE(faults::disarm(), 1);
+    QCOMPARE(sentence(written), u"no error"_s);
+    QCOMPARE(contents()[u"a.png"_s], bytes(200, 'n'));
 }
 
 void DiskFaultsTest::unrestoredPicture_isTold()
