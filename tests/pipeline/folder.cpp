@@ -87,7 +87,7 @@ QString FolderOfTest::makeNoFile(const QString &kind, const QString &name) const
     if (kind == u"socket" && makeSocket(path))
         return path;
     if (kind == u"link to a folder" && QDir().mkdir(this->path(u"elsewhere"_s)) &&
-        QFile::link(u"elsewhere"_s, path))
+        QFile::link(this->path(u"elsewhere"_s), path))
         return path;
     if (kind == u"link to a pipe" && mkfifo(qPrintable(this->path(u"pipe"_s)), 0666) == 0 &&
         QFile::link(u"pipe"_s, path))

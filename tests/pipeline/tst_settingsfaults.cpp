@@ -215,8 +215,8 @@ void SettingsFaultsTest::readOnlyFolder_keepsTheFile()
 void SettingsFaultsTest::somethingElseInItsPlace_isKept_data()
 {
     QTest::addColumn<QString>("kind");
-    for (const char *kind :
-         {"folder", "pipe", "socket", "link to a folder", "link to endless zeros"})
+    // No device of the machine: as root a fault would replace it.
+    for (const char *kind : {"folder", "pipe", "socket", "link to a folder"})
         QTest::newRow(kind) << QString::fromLatin1(kind);
 }
 
