@@ -7,6 +7,7 @@
 #include "support/scriptedserver.h"
 
 #include <QDateTime>
+#include <QDeadlineTimer>
 #include <QDirIterator>
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -99,7 +100,10 @@ Outcome RemoteTest::run(const QStringList &arguments, const QUrl &service)
     const auto look = [&] {
         m_seen += contentOf(proc + u"cmdline"_s) + contentOf(proc + u"environ"_s);
     };
-    look();
+    // A program counts as started a moment before the system knows its arguments.
+    const QDeadlineTimer patience(10'000);
+    while (m_seen.isEmpty() && !patience.hasExpired())
+        look();
     const bool ended = QTest::qWaitFor(
         [&] {
             if (!m_server->requests.isEmpty())
