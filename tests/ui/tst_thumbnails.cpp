@@ -166,6 +166,8 @@ private Q_SLOTS:
         Thumbnails thumbnails;
         const QUrl large = m_stage.picture(u"large.png"_s, 4000, 4000);
         const QUrl small = m_stage.picture(u"small.png"_s, 100, 100);
+        const QFuture<QImage> first = thumbnails.request(small);
+        QTRY_VERIFY(first.isFinished()); // before it there is one thread only
         QList<QFuture<QImage>> busy; // keeps every thread at work while the others are asked for
         for (int index = 0; index < QThread::idealThreadCount(); ++index)
             busy.append(thumbnails.request(large));
