@@ -6,6 +6,7 @@
 #include "service/hugepages.h"
 
 #include <algorithm>
+#include <cerrno>
 #include <cstring>
 #include <new>
 #include <sys/socket.h>
@@ -238,21 +239,29 @@ void Transfer::readHeaders()
         m_response.headers.insert(QByteArray(header->name).toLower(), header->value);
 }
 
-bool Transfer::answerIsWaiting()
+/// As recv(), without taking anything or waiting.
+ssize_t Transfer::peek()
 {
     if (m_socket == CURL_SOCKET_BAD)
         m_socket = m_sockets.find(m_localPort);
     char byte = 0;
-    return m_socket != CURL_SOCKET_BAD && recv(m_socket, &byte, 1, MSG_PEEK | MSG_DONTWAIT) > 0;
+    errno = EAGAIN; // if there is no socket
+    return m_socket == CURL_SOCKET_BAD ? -1 : recv(m_socket, &byte, 1, MSG_PEEK | MSG_DONTWAIT);
+}
+
+bool Transfer::answerIsWaiting()
+{
+    return peek() > 0;
 }
 
 /// Whether the kept-alive connection chosen for this request has something to say already, or has
-/// ended. An answer that nobody asked for would be taken for the one to this request.
+/// ended. An answer that nobody asked for would be taken for the one to this request; and looking
+/// takes a reset off the socket, so that libcurl would not see it and send.
 bool Transfer::isDesynchronized()
 {
     long connects = 0; // 0: it was there before
     curl_easy_getinfo(handle(), CURLINFO_NUM_CONNECTS, &connects);
-    return connects == 0 && answerIsWaiting();
+    return connects == 0 && (peek() >= 0 || (errno != EAGAIN && errno != EWOULDBLOCK));
 }
 
 void Transfer::resume()

@@ -66,6 +66,7 @@ private:
     void prepare();
     std::optional<HttpResult> follow(const QUrl &target);
     void readHeaders();
+    ssize_t peek();
     bool answerIsWaiting();
     bool isDesynchronized();
     void keep(QByteArrayView piece);
