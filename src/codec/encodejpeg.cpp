@@ -80,7 +80,9 @@ void Recompression::open()
                  static_cast<unsigned long>(m_original.size()));
     jpeg_read_header(&m_source, TRUE);
     m_output.attachTo(m_target);
-    const JQUANT_TBL *table = m_source.quant_tbl_ptrs[m_source.comp_info[0].quant_tbl_no];
+    const int number = m_source.comp_info[0].quant_tbl_no; // as the file has it, unchecked
+    const JQUANT_TBL *table =
+        number >= 0 && number < NUM_QUANT_TBLS ? m_source.quant_tbl_ptrs[number] : nullptr;
     m_isCompressed = table && estimatedQuality(*table) <= jpegQuality;
 }
 
