@@ -4,6 +4,7 @@
 #include "codec/descriptorsource.h"
 
 #include <algorithm>
+#include <atomic>
 #include <cerrno>
 #include <cstring>
 #include <sys/stat.h>
@@ -17,7 +18,7 @@ struct File
 {
     int descriptor;
     gint64 size;
-    gint64 position = 0;
+    std::atomic<gint64> position = 0; ///< libvips hands the source from thread to thread.
 };
 
 void destroyFile(void *file)
@@ -29,11 +30,11 @@ void destroyFile(void *file)
 gint64 onRead(VipsSourceCustom *, void *buffer, gint64 size, void *data)
 {
     auto *file = static_cast<File *>(data);
-    const auto wanted =
-        static_cast<size_t>(std::clamp(file->size - file->position, gint64(0), size));
+    const gint64 position = file->position;
+    const auto wanted = static_cast<size_t>(std::clamp(file->size - position, gint64(0), size));
     ssize_t got = -1;
     do {
-        got = pread(file->descriptor, buffer, wanted, file->position);
+        got = pread(file->descriptor, buffer, wanted, position);
     } while (got == -1 && errno == EINTR);
     if (got <= 0) {
         std::memset(buffer, 0, wanted);
@@ -46,7 +47,8 @@ gint64 onRead(VipsSourceCustom *, void *buffer, gint64 size, void *data)
 gint64 onSeek(VipsSourceCustom *, gint64 offset, int whence, void *data)
 {
     auto *file = static_cast<File *>(data);
-    const gint64 from = whence == SEEK_SET ? 0 : whence == SEEK_CUR ? file->position : file->size;
+    const gint64 position = file->position;
+    const gint64 from = whence == SEEK_SET ? 0 : whence == SEEK_CUR ? position : file->size;
     if (offset < -from)
         return -1;
     return file->position = from + offset;
