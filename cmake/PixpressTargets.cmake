@@ -13,11 +13,11 @@ endif()
 
 # What a fault in the release can do is limited: overflows of buffers, of the stack and of the
 # standard library's containers end the program, and its tables of functions cannot be overwritten.
+# Nothing asks for -fPIE: Qt brings -fPIC, and compilers make programs that can be anywhere in memory
+# by themselves. With both the link-time optimiser takes copies of Qt's tables, which Qt forbids, and
+# the program ends as it starts.
 include(CheckCXXCompilerFlag)
-include(CheckPIESupported)
 if(CMAKE_BUILD_TYPE STREQUAL "Release")
-    check_pie_supported()
-    set(CMAKE_POSITION_INDEPENDENT_CODE ON)
     check_cxx_compiler_flag(-fcf-protection PIXPRESS_HAS_CF_PROTECTION)
     check_cxx_compiler_flag(-fstack-clash-protection PIXPRESS_HAS_STACK_CLASH_PROTECTION)
     check_linker_flag(CXX LINKER:-z,relro,-z,now,-z,noexecstack PIXPRESS_HAS_RELRO)
