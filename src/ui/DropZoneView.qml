@@ -20,7 +20,7 @@ Item {
         lineWidth: 2.5
         dash: 10
         gap: 6
-        color: root.isTargeted ? Theme.blue : Qt.rgba(Theme.gray.r, Theme.gray.g, Theme.gray.b, 0.3)
+        color: root.isTargeted ? Theme.blue : Theme.outline
 
         Behavior on color {
             ColorAnimation {
@@ -61,7 +61,7 @@ Item {
                 name: "arrow.down.doc.fill"
                 size: 46
                 color: Theme.blue
-                opacity: 0.7
+                opacity: Theme.highContrast ? 1 : 0.7
             }
         }
 

@@ -85,7 +85,7 @@ ColumnLayout {
                     font: Theme.caption
                     color: root.isValid ? Theme.greenText : Theme.redText
                     wrapMode: Text.Wrap
-                    Layout.maximumWidth: 230
+                    Layout.maximumWidth: Theme.scaled(230)
                     Accessible.role: Accessible.AlertMessage
                 }
             }

@@ -12,7 +12,7 @@ T.MenuBar {
     required property PixpressApp app
 
     implicitWidth: contentItem.implicitWidth
-    implicitHeight: 28
+    implicitHeight: Theme.scaled(24) + 4
     leftPadding: 6
     delegate: T.MenuBarItem {
         id: item

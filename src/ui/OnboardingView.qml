@@ -3,10 +3,11 @@
 
 import QtQuick
 import QtQuick.Layouts
+import QtQuick.Templates as T
 import Pixpress
 
 /// Welcomes the user and asks for the key, which the service has to accept.
-Rectangle {
+Flickable {
     id: root
 
     required property PixpressApp app
@@ -22,9 +23,18 @@ Rectangle {
         validation.start(key);
     }
 
-    color: Theme.windowBackground
+    contentWidth: width
+    contentHeight: Math.max(height, column.implicitHeight) // more only of large text
+    interactive: contentHeight > height
+    boundsBehavior: Flickable.StopAtBounds
+
+    T.ScrollBar.vertical: OverlayScrollBar {}
 
     Component.onCompleted: field.forceActiveFocus()
+
+    FocusReveal {
+        flickable: root
+    }
 
     KeyValidation {
         id: validation
@@ -42,7 +52,14 @@ Rectangle {
         onActivated: root.validate()
     }
 
+    Rectangle {
+        anchors.fill: parent
+        color: Theme.windowBackground
+    }
+
     ColumnLayout {
+        id: column
+
         anchors.fill: parent
         spacing: 0
 
@@ -101,7 +118,7 @@ Rectangle {
         Item {
             implicitHeight: card.implicitHeight + 48
             Layout.fillWidth: true
-            Layout.maximumWidth: 480
+            Layout.maximumWidth: Theme.scaled(480)
             Layout.alignment: Qt.AlignHCenter
 
             Shadow {
@@ -161,7 +178,7 @@ Rectangle {
                         prominent: true
                         text: root.isValidating ? "" : qsTr("Get Started")
                         enabled: root.key !== "" && !root.isValidating
-                        Layout.preferredWidth: 104 // 80 for the content, and 12 at each side
+                        Layout.preferredWidth: Theme.scaled(80) + 24 // for the content, and 12 at each side
                         Accessible.name: qsTr("Get Started")
                         onClicked: root.validate()
 

@@ -14,8 +14,9 @@ T.ApplicationWindow {
     title: "Pixpress"
     width: 920
     height: 620
-    minimumWidth: 800
-    minimumHeight: 550
+    // Of larger text it holds as much at its size, but not at a smaller one.
+    minimumWidth: 800 + 120 * (Appearance.textScale - 1)
+    minimumHeight: 550 + 70 * (Appearance.textScale - 1)
     visible: true
     color: Theme.windowBackground
     font: Theme.body

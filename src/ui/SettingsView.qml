@@ -5,6 +5,7 @@ pragma ComponentBehavior: Bound
 
 import QtQuick
 import QtQuick.Layouts
+import QtQuick.Templates as T
 import Pixpress
 
 /// The content of the settings sheet: the key, the month's usage, and about the program.
@@ -15,8 +16,9 @@ Sheet {
     property alias tab: tabs.currentIndex
 
     title: qsTr("Settings")
-    width: 480
-    height: 380
+    // Of large text there may be more than the window has room for.
+    width: Math.min(Theme.scaled(480), (parent?.width ?? 520) - 40)
+    height: Math.min(Theme.scaled(380), (parent?.height ?? 420) - 40)
 
     Shortcut {
         sequences: ["Return", "Enter"]
@@ -73,19 +75,38 @@ Sheet {
             ]
         }
 
-        StackLayout {
-            currentIndex: tabs.currentIndex
+        Flickable {
+            id: page
+
+            contentWidth: width
+            contentHeight: Math.max(height, pages.children[pages.currentIndex].implicitHeight)
+            interactive: contentHeight > height
+            boundsBehavior: Flickable.StopAtBounds
+            clip: true
             Layout.fillWidth: true
             Layout.fillHeight: true
             Layout.margins: Theme.padding
 
-            KeyTab {
-                app: root.app
+            T.ScrollBar.vertical: OverlayScrollBar {}
+
+            StackLayout {
+                id: pages
+
+                anchors.fill: parent
+                currentIndex: tabs.currentIndex
+
+                KeyTab {
+                    app: root.app
+                }
+                UsageTab {
+                    quotaTracker: root.app.appState.quotaTracker
+                }
+                AboutTab {}
             }
-            UsageTab {
-                quotaTracker: root.app.appState.quotaTracker
-            }
-            AboutTab {}
+        }
+
+        FocusReveal {
+            flickable: page
         }
     }
 }

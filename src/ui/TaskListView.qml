@@ -53,13 +53,13 @@ ColumnLayout {
             Accessible.name: text
         }
         Item {
-            implicitHeight: 14
+            implicitHeight: Theme.scaled(14)
             Layout.fillWidth: true
         }
         ActivityIndicator {
             objectName: "activity"
             visible: root.app.appState.compressionQueue.hasActiveTasks
-            size: 12
+            size: Theme.scaled(12)
         }
     }
 
@@ -79,6 +79,8 @@ ColumnLayout {
         reuseItems: true
         activeFocusOnTab: true
         keyNavigationEnabled: true
+        highlightMoveVelocity: -1
+        highlightMoveDuration: Theme.duration // of the list, when the current row is out of sight
         currentIndex: -1
         Layout.fillWidth: true
         Layout.fillHeight: true

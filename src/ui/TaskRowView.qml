@@ -156,7 +156,7 @@ Item {
         Symbol {
             visible: root.isPending
             name: "clock"
-            size: 16
+            size: Theme.scaled(16)
             color: Theme.secondary
         }
         // A row has one of these at most, and making all of them is most of what a row takes.
@@ -164,9 +164,7 @@ Item {
             active: root.isRunning
             visible: active
             Layout.rightMargin: 4
-            sourceComponent: ActivityIndicator {
-                size: 16
-            }
+            sourceComponent: ActivityIndicator {}
         }
         Loader {
             active: root.isFailed

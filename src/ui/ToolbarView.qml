@@ -15,7 +15,7 @@ Rectangle {
 
     signal sidebarToggled
 
-    implicitHeight: 44
+    implicitHeight: Theme.scaled(44)
     color: Theme.windowBackground
     Accessible.role: Accessible.ToolBar
     Accessible.name: qsTr("Toolbar")

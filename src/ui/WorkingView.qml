@@ -51,10 +51,13 @@ Item {
             CompressionOptionsView {
                 id: sidebar
 
+                /// By larger text, for the longest choice.
+                readonly property int widening: Theme.scaled(156) - 156
+
                 options: root.app.options
-                T.SplitView.minimumWidth: 230
-                T.SplitView.preferredWidth: 260
-                T.SplitView.maximumWidth: 300
+                T.SplitView.minimumWidth: 230 + widening
+                T.SplitView.preferredWidth: 260 + widening
+                T.SplitView.maximumWidth: 300 + widening
             }
 
             Rectangle {

@@ -3,13 +3,17 @@
 
 #include "ui/appearance.h"
 
-#include "ui/desktopsettings.h"
+#include "ui/textscale.h"
 
 #include <QEvent>
 #include <QFontDatabase>
 #include <QGuiApplication>
 #include <QPalette>
 #include <QStyleHints>
+
+#include <utility>
+
+using namespace Qt::StringLiterals;
 
 namespace pixpress {
 
@@ -20,6 +24,16 @@ bool isPaletteDark()
     return QGuiApplication::palette().color(QPalette::Window).lightness() < 128;
 }
 
+double scaleOfText(const DesktopPreferences &preferences)
+{
+    const double points = QGuiApplication::font().pointSizeF();
+    const bool isStated = isFontSetByDesktop() && points > 0; // a font in pixels has none
+    return textScale({.factor = preferences.textScale,
+                      .points = isStated ? std::optional(points) : std::nullopt,
+                      // As desktops do it since X servers tell a resolution: Xft.dpi.
+                      .isInScreenScale = QGuiApplication::platformName() == u"xcb"});
+}
+
 } // namespace
 
 bool isFontSetByDesktop()
@@ -28,9 +42,10 @@ bool isFontSetByDesktop()
 }
 
 Appearance::Appearance(QObject *parent)
-    : QObject(parent), m_desktop(std::make_unique<DesktopSettings>()), m_dark(isPaletteDark())
+    : QObject(parent), m_dark(isPaletteDark()), m_textScale(scaleOfText({}))
 {
-    connect(m_desktop.get(), &DesktopSettings::changed, this, &Appearance::update);
+    connect(&m_desktop, &DesktopSettings::changed, this,
+            [this] { setPreferences(m_desktop.preferences()); });
     qApp->installEventFilter(this);
     // Where Qt knows no desktop it leaves out hovering, and with it help and the marking in menus.
     QGuiApplication::styleHints()->setUseHoverEffects(true);
@@ -45,27 +60,36 @@ QString Appearance::family() const
 
 QString Appearance::fixedFamily() const
 {
-    const QString ownChoice = QStringLiteral("JetBrains Mono");
+    const QString ownChoice = u"JetBrains Mono"_s;
     if (!isFontSetByDesktop() && QFontDatabase::hasFamily(ownChoice))
         return ownChoice;
     return QFontDatabase::systemFont(QFontDatabase::FixedFont).family();
 }
 
+void Appearance::setPreferences(DesktopPreferences preferences)
+{
+    const DesktopPreferences previous = std::exchange(m_preferences, preferences);
+    if (previous.highContrast != preferences.highContrast)
+        Q_EMIT highContrastChanged();
+    if (previous.reducedMotion != preferences.reducedMotion)
+        Q_EMIT reducedMotionChanged();
+    const bool dark = preferences.dark.value_or(isPaletteDark());
+    if (std::exchange(m_dark, dark) != dark)
+        Q_EMIT darkChanged();
+    const double scale = scaleOfText(preferences);
+    if (std::exchange(m_textScale, scale) != scale)
+        Q_EMIT textScaleChanged();
+}
+
 bool Appearance::eventFilter(QObject *watched, QEvent *event)
 {
     if (watched == qApp && event->type() == QEvent::ApplicationPaletteChange)
-        update();
+        setPreferences(m_preferences);
+    if (watched == qApp && event->type() == QEvent::ApplicationFontChange) {
+        setPreferences(m_preferences);
+        Q_EMIT familyChanged();
+    }
     return QObject::eventFilter(watched, event);
-}
-
-void Appearance::update()
-{
-    const bool dark = m_desktop->prefersDark().value_or(isPaletteDark());
-    if (std::exchange(m_dark, dark) != dark)
-        Q_EMIT darkChanged();
-    const bool reduced = m_desktop->reducedMotion();
-    if (std::exchange(m_reducedMotion, reduced) != reduced)
-        Q_EMIT reducedMotionChanged();
 }
 
 } // namespace pixpress

@@ -3,26 +3,28 @@
 
 #pragma once
 
+#include "ui/desktopsettings.h"
+
 #include <QObject>
 #include <QQmlEngine>
-
-#include <memory>
 
 namespace pixpress {
 
 /// Without a desktop that sets fonts of its choice, Qt falls back to whatever it finds first.
 bool isFontSetByDesktop();
 
-/// What the desktop asks of every window: dark or light, movement or none. Follows it live. GUI
-/// thread only.
+/// What the desktop asks of every window: dark or light, strong contrast, larger text, movement or
+/// none. Follows it live. GUI thread only.
 class Appearance : public QObject
 {
     Q_OBJECT
     QML_ELEMENT
     QML_SINGLETON
     Q_PROPERTY(bool dark READ isDark NOTIFY darkChanged)
-    Q_PROPERTY(QString family READ family CONSTANT)
-    Q_PROPERTY(QString fixedFamily READ fixedFamily CONSTANT)
+    Q_PROPERTY(bool highContrast READ isHighContrast NOTIFY highContrastChanged)
+    Q_PROPERTY(QString family READ family NOTIFY familyChanged)
+    Q_PROPERTY(QString fixedFamily READ fixedFamily NOTIFY familyChanged)
+    Q_PROPERTY(double textScale READ textScale NOTIFY textScaleChanged)
     Q_PROPERTY(bool reducedMotion READ reducedMotion NOTIFY reducedMotionChanged)
 
 public:
@@ -30,24 +32,32 @@ public:
     ~Appearance() override;
 
     bool isDark() const { return m_dark; }
-    bool reducedMotion() const { return m_reducedMotion; }
+    bool isHighContrast() const { return m_preferences.highContrast; }
+    double textScale() const { return m_textScale; } ///< 1 is the usual size; from 1 to 2.
+    bool reducedMotion() const { return m_preferences.reducedMotion; }
 
     QString family() const;      ///< The application's font.
     QString fixedFamily() const; ///< The system's font of fixed pitch.
+
+    /// As the desktop prefers, until it prefers something else.
+    void setPreferences(DesktopPreferences preferences);
 
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 Q_SIGNALS:
     // Not emitted when an equal value is set.
     void darkChanged();
+    void highContrastChanged();
+    void textScaleChanged();
     void reducedMotionChanged();
 
-private:
-    void update();
+    void familyChanged(); ///< Of the application or the system, perhaps to the same.
 
-    std::unique_ptr<class DesktopSettings> m_desktop;
+private:
+    DesktopSettings m_desktop;
+    DesktopPreferences m_preferences;
     bool m_dark = false;
-    bool m_reducedMotion = false;
+    double m_textScale = 1;
 };
 
 } // namespace pixpress

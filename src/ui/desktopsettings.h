@@ -8,12 +8,24 @@
 
 #include <optional>
 
+class QDBusPendingCallWatcher;
 class QDBusVariant;
 
 namespace pixpress {
 
-/// The preferences of the desktop that this version of Qt does not tell of itself. They arrive
-/// after a moment, and again whenever the person changes them. GUI thread only.
+/// What the person prefers of every window, as far as the desktop states it.
+struct DesktopPreferences
+{
+    std::optional<bool> dark = std::nullopt;
+    bool reducedMotion = false;
+    bool highContrast = false;
+    double textScale = 1; ///< The factor on all text; what is in the screen's scale is not in it.
+
+    bool operator==(const DesktopPreferences &) const = default;
+};
+
+/// The preferences that this version of Qt does not tell of itself. They arrive after a moment, and
+/// again whenever the person changes them. GUI thread only.
 class DesktopSettings : public QObject
 {
     Q_OBJECT
@@ -21,21 +33,20 @@ class DesktopSettings : public QObject
 public:
     DesktopSettings();
 
-    /// None when the desktop states no preference.
-    std::optional<bool> prefersDark() const { return m_prefersDark; }
-    bool reducedMotion() const { return m_reducedMotion; }
+    DesktopPreferences preferences() const;
 
 Q_SIGNALS:
-    void changed();
+    void changed(); ///< Not emitted for settings that nothing here depends on.
 
 private Q_SLOTS:
     void onSettingChanged(const QString &group, const QString &name, const QDBusVariant &value);
 
 private:
-    void take(const QString &group, const QString &name, const QVariant &value);
+    void takeAll(const QDBusPendingCallWatcher &answer);
+    bool take(const QString &group, const QString &name, const QVariant &value);
 
-    std::optional<bool> m_prefersDark;
-    bool m_reducedMotion = false;
+    DesktopPreferences m_preferences;
+    bool m_gnomeHighContrast = false; ///< Its older setting; either counts.
 };
 
 } // namespace pixpress

@@ -5,11 +5,21 @@
 
 namespace pixpress {
 
-// Here the palette tells of dark and light, and nothing of movement.
+// Here the palette tells of dark and light, and nothing of the rest.
 DesktopSettings::DesktopSettings() = default;
+
+DesktopPreferences DesktopSettings::preferences() const
+{
+    return m_preferences;
+}
 
 void DesktopSettings::onSettingChanged(const QString &, const QString &, const QDBusVariant &) {}
 
-void DesktopSettings::take(const QString &, const QString &, const QVariant &) {}
+void DesktopSettings::takeAll(const QDBusPendingCallWatcher &) {}
+
+bool DesktopSettings::take(const QString &, const QString &, const QVariant &)
+{
+    return false;
+}
 
 } // namespace pixpress

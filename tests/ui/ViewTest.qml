@@ -22,6 +22,7 @@ TestCase {
         failOnWarning(/.?/);
         stage.start(key);
         stage.setDark(false);
+        stage.prefer({});
     }
 
     /// The view, laid out and painted; gone after the test.

@@ -3,6 +3,8 @@
 
 #include "stage.h"
 
+#include "ui/appearance.h"
+
 #include <QAccessible>
 #include <QDesktopServices>
 #include <QDir>
@@ -130,6 +132,19 @@ void Stage::setDark(bool dark)
 {
     QGuiApplication::setPalette(dark ? QPalette(QColor(0x323232), QColor(0x1E1E1E))
                                      : QPalette(QColor(0xECECEC), QColor(0xECECEC)));
+}
+
+void prefer(QQmlEngine &engine, const DesktopPreferences &preferences)
+{
+    const int id = qmlTypeId("Pixpress", 1, 0, "Appearance");
+    engine.singletonInstance<Appearance *>(id)->setPreferences(preferences);
+}
+
+void Stage::prefer(const QVariantMap &preferences)
+{
+    test::prefer(*qmlEngine(this), {.reducedMotion = preferences.value(u"reducedMotion"_s).toBool(),
+                                    .highContrast = preferences.value(u"highContrast"_s).toBool(),
+                                    .textScale = preferences.value(u"textScale"_s, 1).toDouble()});
 }
 
 bool Stage::act(QObject *item, const QString &action)

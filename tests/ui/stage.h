@@ -4,6 +4,7 @@
 #pragma once
 
 #include "support/scriptedserver.h"
+#include "ui/desktopsettings.h"
 #include "ui/pixpressapp.h"
 
 #include <QQmlEngine>
@@ -12,6 +13,9 @@
 #include <memory>
 
 namespace pixpress::test {
+
+/// Has what an engine shows look as if the desktop preferred this.
+void prefer(QQmlEngine &engine, const DesktopPreferences &preferences);
 
 /// The application on a stage: a service that answers as it is told, settings that leave no trace,
 /// files of its own, and stand-ins for the panels and the file browser.
@@ -62,6 +66,9 @@ public:
     Q_INVOKABLE void rollOver() { m_app->appState()->quotaTracker()->checkMonthRollover(); }
     /// The colours that the desktop asks for.
     Q_INVOKABLE void setDark(bool dark);
+    /// What the desktop is said to prefer, by the names of DesktopPreferences; what is left out is
+    /// as usual.
+    Q_INVOKABLE void prefer(const QVariantMap &preferences);
     Q_INVOKABLE QString storedKey() const;
     Q_INVOKABLE QString options() const; ///< The current options, as text to compare.
 

@@ -44,62 +44,107 @@ ViewTest {
         fuzzyCompare(contrast(Qt.color("#80000000"), Qt.color("#ffffff")), contrast(Qt.color("#7f7f7f"), Qt.color("#ffffff")), 0.1);
     }
 
-    function test_text_canBeReadOnItsGround_data() {
-        const grounds = ["windowBackground", "contentBackground", "sidebarBackground", "groupBackground"];
-        const on = {
-            primary: grounds.concat(["menuBackground", "controlFill", "controlPressed", "fieldFill", "selection"]),
-            secondary: grounds.concat(["controlFill"]),
-            tertiary: ["windowBackground", "contentBackground", "groupBackground", "fieldFill"],
-            blueText: ["windowBackground", "contentBackground", "groupBackground"],
-            orangeText: ["contentBackground", "groupBackground"],
-            greenText: ["contentBackground", "groupBackground"],
-            redText: ["contentBackground", "groupBackground"],
-            onAccent: ["accentFill"]
-        };
+    /// Light and dark, in usual and in high contrast, each with what stands on what.
+    function combinations(pairs) {
         const rows = [];
         for (const dark of [false, true]) {
-            for (const text in on) {
-                for (const ground of on[text])
-                    rows.push({ tag: (dark ? "dark " : "light ") + text + " on " + ground, dark, text, ground });
+            for (const highContrast of [false, true]) {
+                for (const front in pairs) {
+                    for (const ground of pairs[front])
+                        rows.push({ tag: (dark ? "dark " : "light ") + (highContrast ? "strong " : "") + front + " on " + ground, dark, highContrast, front, ground });
+                }
             }
         }
         return rows;
+    }
+
+    function look(row) {
+        stage.setDark(row.dark);
+        stage.prefer({ highContrast: row.highContrast });
+        tryCompare(Theme, "dark", row.dark);
+        compare(Theme.highContrast, row.highContrast);
+    }
+
+    function checkContrast(front: color, ground: color, least: real) {
+        const ratio = contrast(front, ground);
+        verify(ratio >= least, "it is " + ratio.toFixed(2));
+    }
+
+    function test_text_canBeReadOnItsGround_data() {
+        const grounds = ["windowBackground", "contentBackground", "sidebarBackground", "groupBackground"];
+        const text = ["windowBackground", "contentBackground", "groupBackground"];
+        return combinations({
+            primary: grounds.concat(["menuBackground", "controlFill", "controlPressed", "fieldFill", "selection"]),
+            secondary: grounds.concat(["menuBackground", "controlFill"]),
+            tertiary: text.concat(["fieldFill"]),
+            blueText: text,
+            orangeText: text,
+            greenText: text,
+            redText: text,
+            onAccent: ["accentFill"]
+        });
     }
 
     function test_text_canBeReadOnItsGround(row) {
-        stage.setDark(row.dark);
-        tryCompare(Theme, "dark", row.dark);
-        const ratio = contrast(Theme[row.text], Theme[row.ground]);
-        verify(ratio >= 4.5, "it is " + ratio.toFixed(2));
+        look(row);
+        checkContrast(Theme[row.front], Theme[row.ground], row.highContrast ? 7 : 4.5);
     }
 
     function test_tileLabel_canBeReadOnItsTint_data() {
-        const rows = [];
-        for (const dark of [false, true]) {
-            for (const name of ["blue", "orange", "green", "purple", "gray"])
-                rows.push({ tag: (dark ? "dark " : "light ") + name, dark, name });
-        }
-        return rows;
+        const pairs = {};
+        for (const name of ["blue", "orange", "green", "purple", "gray"])
+            pairs[name + "Text"] = [name];
+        return combinations(pairs);
     }
 
     function test_tileLabel_canBeReadOnItsTint(row) {
-        stage.setDark(row.dark);
-        tryCompare(Theme, "dark", row.dark);
-        const tint = Theme[row.name];
+        look(row);
+        const tint = Theme[row.ground];
         const tile = over(Qt.rgba(tint.r, tint.g, tint.b, 0.12), Theme.contentBackground);
-        const ratio = contrast(Theme[row.name + "Text"], tile);
-        verify(ratio >= 4.5, "it is " + ratio.toFixed(2));
+        checkContrast(Theme[row.front], tile, row.highContrast ? 7 : 4.5);
     }
 
-    function test_monthOnItsCapsule_canBeRead() {
-        for (const dark of [false, true]) {
-            stage.setDark(dark);
-            tryCompare(Theme, "dark", dark);
-            for (const ground of [Theme.contentBackground, Theme.groupBackground]) {
-                const ratio = contrast(Theme.tertiary, over(Theme.quaternary, ground));
-                verify(ratio >= 4.5, (dark ? "dark " : "light ") + ratio.toFixed(2));
-            }
-        }
+    function test_textOnAFaintFill_canBeRead_data() {
+        return combinations({
+            tertiary: ["contentBackground", "groupBackground"], // the month, on its capsule
+            primary: ["windowBackground"], // tabs, and what is pointed at in the menu bar
+            secondary: ["contentBackground"] // the folder of a row
+        });
+    }
+
+    function test_textOnAFaintFill_canBeRead(row) {
+        look(row);
+        checkContrast(Theme[row.front], over(Theme.quaternary, Theme[row.ground]), row.highContrast ? 7 : 4.5);
+    }
+
+    function test_shapes_standOutInHighContrast_data() {
+        const grounds = ["windowBackground", "contentBackground", "sidebarBackground", "groupBackground"];
+        return combinations({
+            separator: grounds,
+            controlBorder: grounds.concat(["menuBackground", "controlFill", "fieldFill"]),
+            focusRing: grounds,
+            outline: ["contentBackground"],
+            gray: ["sidebarBackground", "contentBackground"], // the scroll bars
+            blue: ["windowBackground", "contentBackground", "groupBackground"],
+            orange: ["contentBackground", "groupBackground"],
+            red: ["contentBackground", "groupBackground"],
+            switchTrack: ["groupBackground"],
+            accentFill: ["groupBackground", "menuBackground"],
+            switchKnob: ["switchTrack", "accentFill"]
+        }).filter(row => row.highContrast);
+    }
+
+    function test_shapes_standOutInHighContrast(row) {
+        look(row);
+        checkContrast(Theme[row.front], Theme[row.ground], 3);
+    }
+
+    function test_contrast_switchesLive() {
+        const before = Theme.primary;
+        stage.prefer({ highContrast: true });
+        compare(Theme.primary, "#000000");
+        stage.prefer({});
+        compare(Theme.primary, before);
     }
 
     function test_symbol_isPaintedInItsColourAndAnewInAnother() {

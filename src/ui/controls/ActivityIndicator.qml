@@ -10,10 +10,11 @@ import Pixpress
 Item {
     id: root
 
-    property int size: 16
+    property int size: Theme.scaled(16)
     property color color: Theme.secondary
     property int step: 0
     readonly property alias isTurning: turn.running
+    readonly property alias stepDuration: turn.interval ///< Milliseconds.
 
     implicitWidth: size
     implicitHeight: size
@@ -24,7 +25,7 @@ Item {
     Timer {
         id: turn
 
-        interval: 100
+        interval: Appearance.reducedMotion ? 500 : 100 // it tells that work goes on, so it stays
         repeat: true
         running: root.visible && root.Window.visibility !== Window.Hidden
         onTriggered: root.step = (root.step + 1) % 8

@@ -53,8 +53,8 @@ T.Popup {
                     readonly property color color: root.swatch(index)
                     readonly property bool isCurrent: Qt.colorEqual(color, root.value)
 
-                    implicitWidth: 20
-                    implicitHeight: 20
+                    implicitWidth: Theme.scaled(20)
+                    implicitHeight: Theme.scaled(20)
                     focusPolicy: Qt.StrongFocus
                     Accessible.role: Accessible.RadioButton
                     Accessible.name: color.toString()

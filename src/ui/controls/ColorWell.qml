@@ -19,7 +19,7 @@ T.Button {
     signal picked(color color)
     signal typed(string text)
 
-    implicitWidth: 44
+    implicitWidth: Theme.scaled(44)
     implicitHeight: Theme.regularControl
     focusPolicy: Qt.StrongFocus
     Accessible.role: Accessible.Button

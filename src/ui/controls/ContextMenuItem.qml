@@ -44,8 +44,7 @@ T.MenuItem {
             anchors.verticalCenter: parent.verticalCenter
             text: root.action ? root.action.shortcut ?? "" : ""
             font: root.font
-            color: root.contentColor
-            opacity: 0.6
+            color: root.highlighted && root.enabled ? Theme.onAccent : Theme.secondary
             textFormat: Text.PlainText
         }
     }

@@ -13,7 +13,7 @@ T.ComboBox {
 
     required property string label ///< What is chosen; for assistive technology.
 
-    implicitWidth: 140
+    implicitWidth: Theme.scaled(140)
     implicitHeight: Theme.regularControl
     leftPadding: 10
     rightPadding: 4
@@ -27,7 +27,7 @@ T.ComboBox {
     Accessible.onPressAction: popup.open()
 
     contentItem: Text {
-        rightPadding: 20
+        rightPadding: Theme.scaled(13) + 7
         text: root.displayText
         font: root.font
         color: Theme.primary
@@ -41,7 +41,7 @@ T.ComboBox {
         y: (root.height - height) / 2
         name: "chevron.up.chevron.down"
         color: Theme.secondary
-        size: 13
+        size: Theme.scaled(13)
     }
     background: Rectangle {
         radius: Theme.controlRadius
@@ -75,10 +75,10 @@ T.ComboBox {
                 visible: choice.index === root.currentIndex
                 name: "checkmark"
                 color: choice.contentColor
-                size: 13
+                size: Theme.scaled(13)
             }
             Text {
-                x: 22
+                x: Theme.scaled(13) + 9
                 width: parent.width - x - 6
                 anchors.verticalCenter: parent.verticalCenter
                 text: choice.text

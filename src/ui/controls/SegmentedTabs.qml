@@ -23,7 +23,7 @@ T.TabBar {
     implicitHeight: Theme.regularControl + 4
     padding: 2
     spacing: 2
-    contentWidth: count * 110
+    contentWidth: count * Theme.scaled(110)
     contentHeight: Theme.regularControl
 
     Accessible.role: Accessible.PageTabList

@@ -12,7 +12,7 @@ import Pixpress
 T.TextField {
     id: root
 
-    implicitWidth: 120
+    implicitWidth: Theme.scaled(120)
     implicitHeight: Theme.regularControl
     leftPadding: 7
     rightPadding: 7

@@ -42,8 +42,8 @@ T.Switch {
     indicator: Rectangle {
         x: root.mirrored ? 0 : root.width - width
         y: (root.height - height) / 2
-        implicitWidth: 38
-        implicitHeight: 22
+        implicitWidth: Theme.scaled(38)
+        implicitHeight: Theme.scaled(22)
         radius: height / 2
         color: root.checked ? Theme.accentFill : Theme.switchTrack
 
@@ -56,9 +56,9 @@ T.Switch {
         Rectangle {
             x: 2 + root.visualPosition * (parent.width - width - 4)
             y: 2
-            width: 18
-            height: 18
-            radius: 9
+            width: height
+            height: parent.height - 4
+            radius: height / 2
             color: root.down ? Theme.switchKnobPressed : Theme.switchKnob
             border.width: 1
             border.color: Theme.switchKnobBorder
@@ -75,7 +75,7 @@ T.Switch {
 
         FocusRing {
             visible: root.visualFocus
-            controlRadius: 11
+            controlRadius: parent.radius
         }
     }
 }

@@ -18,7 +18,7 @@ T.Button {
         return pointer.hovered && contains(mapFromItem(parent, pointer.point.position));
     }
 
-    implicitWidth: 34
+    implicitWidth: Theme.scaled(34)
     implicitHeight: Theme.largeControl - 2
     focusPolicy: Qt.TabFocus
     opacity: enabled ? 1 : 0.35
@@ -36,7 +36,7 @@ T.Button {
             anchors.centerIn: parent
             name: root.symbol
             color: Theme.primary
-            size: 18
+            size: Theme.scaled(18)
         }
     }
     background: Rectangle {
