@@ -22,7 +22,7 @@ test_packages=(
     clang-19 clang-tidy-19 clang-format-19 libclang-rt-19-dev
     openssl libimage-exiftool-perl librapidcheck-dev
     qml6-module-qttest qml6-module-qtqml-models qt6-declarative-dev-tools
-    xvfb xauth openbox xdotool dbus libgl1-mesa-dri libxcb1-dev
+    xvfb xauth openbox sway xdotool dbus libgl1-mesa-dri libxcb1-dev
 )
 bench_packages=(
     pngquant jpegoptim webp libavif-bin libjxl-devtools
@@ -45,7 +45,7 @@ For ./test also
   compiler, OpenSSL's command,
   RapidCheck;
   Qt Quick Test, qmllint; and for the tests of the desktop, on Linux,
-  Xvfb, xauth, openbox, xdotool, dbus-daemon, Mesa's software renderer, libxcb.
+  Xvfb, xauth, openbox, sway, xdotool, dbus-daemon, Mesa's software renderer, libxcb.
 For ./bench also
   pngquant, jpegoptim, cwebp, avifenc, butteraugli_main (libjxl), converseen,
   Xvfb, openbox, dbus-daemon, Mesa's software renderer, libxcb.
@@ -58,7 +58,7 @@ missing_elsewhere() {
     local need commands=(c++ cmake ninja ccache pkg-config)
     if [[ " $* " == *" ${test_packages[*]}"* ]]; then
         commands+=(clang-format-19 clang++-19 openssl)
-        [[ $OSTYPE != linux* ]] || commands+=(Xvfb openbox xdotool dbus-daemon)
+        [[ $OSTYPE != linux* ]] || commands+=(Xvfb openbox sway xdotool dbus-daemon)
     fi
     if [[ " $* " == *" ${bench_packages[*]}"* ]]; then
         commands+=(pngquant jpegoptim cwebp avifenc butteraugli_main

@@ -80,9 +80,10 @@ bool Desktop::startBus()
 
 bool Desktop::startServer()
 {
-    // It takes the first free number itself, and tells it when it takes connections.
+    // It takes the first free number itself, and tells it when it takes connections; those of
+    // other users too (-ac), since a compositor in it may not be root.
     m_server.start(u"Xvfb"_s, {u"-displayfd"_s, u"1"_s, u"-screen"_s, u"0"_s, u"1600x1000x24"_s,
-                               u"-nolisten"_s, u"tcp"_s, u"-noreset"_s});
+                               u"-nolisten"_s, u"tcp"_s, u"-noreset"_s, u"-ac"_s});
     const QString number = readyLine(m_server);
     if (number.isEmpty())
         return false;

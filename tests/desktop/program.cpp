@@ -64,18 +64,10 @@ Program::~Program()
 
 bool Program::isInFront()
 {
-    QImage before;
-    return QTest::qWaitFor(
-        [&] {
-            const auto own = window();
-            if (own == 0 || m_desktop.display().activeWindow() != own)
-                return false;
-            const QImage now = picture();
-            const bool isSettled = isPainted(now) && now == before;
-            before = now;
-            return isSettled;
-        },
-        patience);
+    return settles([this] {
+        const auto own = window();
+        return own != 0 && m_desktop.display().activeWindow() == own ? picture() : QImage();
+    });
 }
 
 int Program::exitStatus()
@@ -112,6 +104,19 @@ QByteArray Program::errors()
     return m_errors;
 }
 
+bool settles(const std::function<QImage()> &picture)
+{
+    QImage before;
+    return QTest::qWaitFor(
+        [&] {
+            const QImage now = picture();
+            const bool isSettled = isPainted(now) && now == before;
+            before = now;
+            return isSettled;
+        },
+        patience);
+}
+
 int redPoints(const QImage &picture)
 {
     return count(picture, [](QRgb point) {
@@ -135,23 +140,24 @@ bool showsLogo(const QImage &picture)
     return count(picture, isDarkBlue) > 1000;
 }
 
-QStringList drag(const Desktop &desktop, const QStringList &files, const Program &target)
+Invocation offering(const QStringList &files)
 {
     QStringList urls;
     for (const QString &file : files)
         urls.append(QString::fromLatin1(QUrl::fromLocalFile(file).toEncoded()));
-    Program source(desktop, QStringLiteral(PIXPRESS_DRAG_SOURCE), {.arguments = urls});
-    if (!source.isInFront())
-        return {u"the source does not show"_s};
+    return {.arguments = urls};
+}
 
+QStringList drag(const Desktop &desktop, Program &source, QPoint from, QPoint to)
+{
     const auto says = [&source](const char *word) {
         return QTest::qWaitFor([&] { return source.output().contains(word); }, patience);
     };
-    desktop.movePointer(source.area().center());
+    desktop.movePointer(from);
     desktop.pressButton();
     if (!says("started"))
         return {u"the drag does not start"_s};
-    desktop.movePointer(target.area().center());
+    desktop.movePointer(to);
     const bool isOver = says("offered");
     desktop.releaseButton();
     desktop.restPointer();
@@ -160,6 +166,14 @@ QStringList drag(const Desktop &desktop, const QStringList &files, const Program
     QStringList actions = QString::fromUtf8(source.output()).split(u'\n', Qt::SkipEmptyParts);
     actions.removeDuplicates();
     return actions;
+}
+
+QStringList drag(const Desktop &desktop, const QStringList &files, const Program &target)
+{
+    Program source(desktop, QStringLiteral(PIXPRESS_DRAG_SOURCE), offering(files));
+    if (!source.isInFront())
+        return {u"the source does not show"_s};
+    return drag(desktop, source, source.area().center(), target.area().center());
 }
 
 } // namespace pixpress::test

@@ -5,6 +5,8 @@
 
 #include "desktop.h"
 
+#include <functional>
+
 namespace pixpress::test {
 
 struct Invocation
@@ -41,6 +43,9 @@ private:
     QByteArray m_errors;
 };
 
+/// Waits until there is something in a picture that is taken again and again, and it is the same
+/// twice.
+bool settles(const std::function<QImage()> &picture);
 /// How many points of a picture are of a strong red, as failures are written in.
 int redPoints(const QImage &picture);
 /// How many are of a strong green, as what was saved is written in.
@@ -48,8 +53,12 @@ int greenPoints(const QImage &picture);
 /// Whether the logo is in it, which greets where there is no key.
 bool showsLogo(const QImage &picture);
 
-/// Has a program of its own offer files, and drags them with the pointer onto the middle of the
-/// target. Returns the drop's actions as they were offered, and the one carried out at last.
+/// How the program that offers files is told which.
+Invocation offering(const QStringList &files);
+/// Drags what `source` offers from one point of the screen to another. Returns the drop's actions
+/// as they were offered, and the one carried out at last.
+QStringList drag(const Desktop &desktop, Program &source, QPoint from, QPoint to);
+/// Has a program of its own offer files, and drags them onto the middle of the target.
 QStringList drag(const Desktop &desktop, const QStringList &files, const Program &target);
 
 } // namespace pixpress::test

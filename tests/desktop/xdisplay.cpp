@@ -82,21 +82,38 @@ QImage XDisplay::picture(const QRect &area) const
         .copy();
 }
 
+void XDisplay::close(Window window) const
+{
+    xcb_client_message_event_t message = {};
+    message.response_type = XCB_CLIENT_MESSAGE;
+    message.format = 32;
+    message.window = window;
+    message.type = atom("_NET_CLOSE_WINDOW");
+    xcb_send_event(m_connection.get(), 0, m_root,
+                   XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY | XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT,
+                   reinterpret_cast<const char *>(&message));
+    xcb_flush(m_connection.get());
+}
+
 QByteArray XDisplay::property(Window window, const char *name) const
 {
     auto *const x = m_connection.get();
-    const QByteArray bytes(name);
-    const auto atom = owned(xcb_intern_atom_reply(
-        x, xcb_intern_atom(x, 1, static_cast<quint16>(bytes.size()), bytes.constData()), nullptr));
-    if (!atom)
-        return {};
     constexpr quint32 enough = 1024;
     const auto value = owned(xcb_get_property_reply(
-        x, xcb_get_property(x, 0, window, atom->atom, XCB_ATOM_ANY, 0, enough), nullptr));
+        x, xcb_get_property(x, 0, window, atom(name), XCB_ATOM_ANY, 0, enough), nullptr));
     if (!value)
         return {};
     return {static_cast<const char *>(xcb_get_property_value(value.get())),
             xcb_get_property_value_length(value.get())};
+}
+
+quint32 XDisplay::atom(const char *name) const
+{
+    auto *const x = m_connection.get();
+    const QByteArray bytes(name);
+    const auto known = owned(xcb_intern_atom_reply(
+        x, xcb_intern_atom(x, 1, static_cast<quint16>(bytes.size()), bytes.constData()), nullptr));
+    return known ? known->atom : 0;
 }
 
 QList<quint32> XDisplay::numbers(Window window, const char *name) const

@@ -32,10 +32,13 @@ public:
     QSize minimumSize(Window window) const; ///< As the window manager was told.
     QRect area(Window window) const;        ///< On the screen, without the frame.
     QImage picture(const QRect &area) const;
+    /// Has the window manager ask a window to close, as a taskbar does and the button in its frame.
+    void close(Window window) const;
 
 private:
     QByteArray property(Window window, const char *name) const;
     QList<quint32> numbers(Window window, const char *name) const;
+    quint32 atom(const char *name) const; ///< 0 when no client knows it.
 
     std::unique_ptr<xcb_connection_t, void (*)(xcb_connection_t *)> m_connection;
     Window m_root = 0;
