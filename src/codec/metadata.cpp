@@ -8,6 +8,7 @@
 #include <libexif/exif-data.h>
 #include <vips/vips8>
 
+#include <algorithm>
 #include <cstdlib>
 #include <memory>
 #include <vector>
@@ -142,6 +143,11 @@ QByteArray exifBlock(const vips::VImage &image)
     if (!block.isEmpty() && !block.startsWith(exifIdentifier))
         block.prepend(exifIdentifier);
     return block;
+}
+
+QByteArrayView tiffOf(const QByteArray &exif)
+{
+    return QByteArrayView(exif).sliced(std::min(exifIdentifier.size(), exif.size()));
 }
 
 } // namespace pixpress

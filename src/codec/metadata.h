@@ -23,4 +23,8 @@ QByteArray preservedExif(const vips::VImage &image, const Preserve &preserve, bo
 /// The EXIF block that `image` carries, from its "Exif" identifier on; empty when it has none.
 QByteArray exifBlock(const vips::VImage &image);
 
+/// What follows an EXIF block's identifier, "Exif" and two zeros, which only JPEG files have. Empty
+/// when the block is.
+QByteArrayView tiffOf(const QByteArray &exif);
+
 } // namespace pixpress

@@ -3,6 +3,8 @@
 
 #include "codec/pngwriter.h"
 
+#include "codec/metadata.h"
+
 #include <vips/vips8>
 
 #include <array>
@@ -90,8 +92,8 @@ QByteArray writePng(const PngRaster &raster, const QByteArray &exif,
                     const std::atomic_bool &stopped)
 {
     PngWriter writer;
-    if (!exif.isEmpty()) // The chunk starts after the "Exif" identifier.
-        writer.tiff.assign(exif.begin() + 6, exif.end());
+    const QByteArrayView tiff = tiffOf(exif);
+    writer.tiff.assign(tiff.begin(), tiff.end());
     if (!writer.write(raster, stopped))
         throw vips::VError("the PNG was not written");
     return std::move(writer.bytes);

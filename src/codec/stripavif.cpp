@@ -3,6 +3,8 @@
 
 #include "codec/strip.h"
 
+#include "codec/metadata.h"
+
 #include <QByteArrayView>
 #include <QtEndian>
 
@@ -63,9 +65,8 @@ std::optional<std::vector<Metadata>> metadataOf(const QByteArray &file)
 /// beginning.
 QByteArray exifItem(const QByteArray &exif)
 {
-    constexpr qsizetype identifierSize = 6;
     const QByteArray none("MM\0\x2a\0\0\0\x08\0\0\0\0\0\0", 14);
-    return QByteArray(4, '\0') + (exif.isEmpty() ? none : exif.mid(identifierSize));
+    return QByteArray(4, '\0') + (exif.isEmpty() ? none : tiffOf(exif).toByteArray());
 }
 
 /// Blanks the outermost boxes that hold no part of the picture; false when they do not fit.

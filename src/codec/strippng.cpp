@@ -3,6 +3,8 @@
 
 #include "codec/strip.h"
 
+#include "codec/metadata.h"
+
 #include <QByteArrayView>
 #include <QtEndian>
 
@@ -17,7 +19,6 @@ namespace pixpress {
 namespace {
 
 constexpr qsizetype signatureSize = 8;
-constexpr qsizetype identifierSize = 6; // "Exif" and two zeros, which the chunk does not have.
 
 bool isNeeded(QByteArrayView type)
 {
@@ -29,7 +30,7 @@ bool isNeeded(QByteArrayView type)
 
 QByteArray exifChunk(const QByteArray &exif)
 {
-    const QByteArray content = "eXIf" + exif.mid(identifierSize);
+    const QByteArray content = "eXIf" + tiffOf(exif).toByteArray();
     QByteArray chunk(4 + content.size() + 4, '\0');
     qToBigEndian(static_cast<quint32>(content.size() - 4), chunk.data());
     chunk.replace(4, content.size(), content);

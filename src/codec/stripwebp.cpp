@@ -3,6 +3,8 @@
 
 #include "codec/strip.h"
 
+#include "codec/metadata.h"
+
 #include <webp/mux.h>
 
 #include <memory>
@@ -12,8 +14,6 @@ namespace pixpress {
 namespace {
 
 using Mux = std::unique_ptr<WebPMux, decltype(&WebPMuxDelete)>;
-
-constexpr qsizetype identifierSize = 6; // "Exif" and two zeros, which the chunk does not have.
 
 WebPData viewOf(const QByteArray &bytes)
 {
@@ -79,7 +79,7 @@ std::optional<QByteArray> strippedWebp(const QByteArray &file, const QByteArray 
         return std::nullopt;
     if ((features & ICCP_FLAG) != 0 && !copyProfile(source.get(), target.get()))
         return std::nullopt;
-    const QByteArray tiff = exif.mid(identifierSize);
+    const QByteArray tiff = tiffOf(exif).toByteArray();
     const WebPData chunk = viewOf(tiff);
     if (!tiff.isEmpty() && WebPMuxSetChunk(target.get(), "EXIF", &chunk, 1) != WEBP_MUX_OK)
         return std::nullopt;

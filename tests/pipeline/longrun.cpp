@@ -16,11 +16,6 @@ constexpr int manyWaiting = 60;
 
 constexpr auto folders = {"out", "read-only"};
 
-int numberOf(const CompressionTask &task)
-{
-    return task.fileName.left(6).toInt();
-}
-
 bool put(const QString &path, const QByteArray &content)
 {
     QFile file(path);

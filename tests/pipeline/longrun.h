@@ -57,6 +57,7 @@ private:
         size_t status = 0; ///< As an index of TaskStatus: results would take memory.
     };
 
+    static int numberOf(const CompressionTask &task); ///< That of its picture.
     void act();
     void addBatch(int limit);
     void add(const QList<int> &numbers, const CompressionOptions &options);

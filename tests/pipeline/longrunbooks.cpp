@@ -14,11 +14,6 @@ namespace pixpress::test {
 
 namespace {
 
-int numberOf(const CompressionTask &task)
-{
-    return task.fileName.left(6).toInt();
-}
-
 QByteArray contentOf(const QString &path)
 {
     QFile file(path);
@@ -34,6 +29,11 @@ bool hasEnded(size_t status)
 }
 
 } // namespace
+
+int LongRun::numberOf(const CompressionTask &task)
+{
+    return task.fileName.left(6).toInt();
+}
 
 void LongRun::complain(int number, const QString &what)
 {
