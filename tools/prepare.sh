@@ -13,6 +13,7 @@ build_packages=(
     qt6-base-dev qcoro-qt6-dev libcurl4-openssl-dev libvips-dev libcpp-httplib-dev
     libexif-dev libheif-dev libpng-dev libjpeg-dev libwebp-dev libimagequant-dev zlib1g-dev
     qt6-declarative-dev qt6-svg-dev libgl-dev
+    qt6-tools-dev qt6-l10n-tools qt6-translations-l10n
     qml6-module-qtquick qml6-module-qtquick-window qml6-module-qtquick-layouts
     qml6-module-qtquick-templates qml6-module-qtquick-controls qml6-module-qtquick-dialogs
     qml6-module-qtqml qml6-module-qtqml-workerscript qml6-module-qt-labs-folderlistmodel
@@ -21,8 +22,10 @@ build_packages=(
 test_packages=(
     clang-19 clang-tidy-19 clang-format-19 libclang-rt-19-dev
     openssl libimage-exiftool-perl librapidcheck-dev
-    qml6-module-qttest qml6-module-qtqml-models qt6-declarative-dev-tools
+    qml6-module-qttest qml6-module-qtqml-models qt6-declarative-dev-tools fonts-droid-fallback
     xvfb xauth openbox sway xdotool dbus libgl1-mesa-dri libxcb1-dev
+    qml6-module-qt-labs-platform
+    dpkg-dev file lintian desktop-file-utils appstream man-db mmdebstrap
 )
 bench_packages=(
     pngquant jpegoptim webp libavif-bin libjxl-devtools
@@ -35,7 +38,8 @@ tell_needs() {
 This is not Debian or Ubuntu, so nothing is installed. To build, install
   a compiler for C++23 (GCC 12, Clang 19 or later), CMake 3.25, Ninja, ccache, pkg-config;
   Qt 6.4 (Core, Gui, Network, Qml, Quick, Quick Controls, Quick Dialogs, Svg, Test; on Linux DBus
-  and the Wayland plugin too) with the headers of OpenGL, and QCoro 0.8 for Qt 6;
+  and the Wayland plugin too) with the headers of OpenGL, its Linguist tools and translations, and
+  QCoro 0.8 for Qt 6;
   libcurl 7.84, cpp-httplib 0.11;
   libvips 8.14 with its C++ binding, able to read and write PNG, JPEG, WebP and AVIF;
   libexif, libheif, libjpeg, libpng 1.6.32, libwebp with libwebpmux, libimagequant 2.17, zlib;
@@ -44,7 +48,7 @@ For ./test also
   Clang 19 with libFuzzer, clang-format 19, clang-tidy 19, the sanitizers' libraries of the
   compiler, OpenSSL's command,
   RapidCheck;
-  Qt Quick Test, qmllint; and for the tests of the desktop, on Linux,
+  a font with Chinese and Japanese; Qt Quick Test, Qt Labs Platform, qmllint; and for the tests of the desktop, on Linux,
   Xvfb, xauth, openbox, sway, xdotool, dbus-daemon, Mesa's software renderer, libxcb.
 For ./bench also
   pngquant, jpegoptim, cwebp, avifenc, butteraugli_main (libjxl), converseen,

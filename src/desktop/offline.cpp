@@ -10,6 +10,7 @@ using namespace pixpress;
 int main(int argc, char *argv[])
 {
     QCoreApplication::setApplicationName(QStringLiteral("pixpress-offline"));
+    Application::setDesktopFileName(QStringLiteral(PIXPRESS_APP_ID));
     Application application(argc, argv);
 
     OfflineSettings settings;

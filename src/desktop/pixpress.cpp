@@ -8,6 +8,7 @@ using namespace pixpress;
 int main(int argc, char *argv[])
 {
     QCoreApplication::setApplicationName(QStringLiteral("pixpress"));
+    Application::setDesktopFileName(QStringLiteral(PIXPRESS_APP_ID));
     Application application(argc, argv);
     UserSettings settings;
     return application.run(settings, {});
