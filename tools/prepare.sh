@@ -23,7 +23,7 @@ test_packages=(
     clang-19 clang-tidy-19 clang-format-19 libclang-rt-19-dev
     openssl libimage-exiftool-perl librapidcheck-dev
     qml6-module-qttest qml6-module-qtqml-models qt6-declarative-dev-tools fonts-droid-fallback
-    xvfb xauth openbox sway xdotool dbus libgl1-mesa-dri libxcb1-dev
+    xvfb xauth openbox sway xdotool dbus at-spi2-core libgl1-mesa-dri libxcb1-dev
     qml6-module-qt-labs-platform
     dpkg-dev file lintian desktop-file-utils appstream man-db mmdebstrap
 )
@@ -49,7 +49,7 @@ For ./test also
   compiler, OpenSSL's command,
   RapidCheck;
   a font with Chinese and Japanese; Qt Quick Test, Qt Labs Platform, qmllint; and for the tests of the desktop, on Linux,
-  Xvfb, xauth, openbox, sway, xdotool, dbus-daemon, Mesa's software renderer, libxcb.
+  Xvfb, xauth, openbox, sway, xdotool, dbus-daemon, at-spi2-core, Mesa's software renderer, libxcb.
 For ./bench also
   pngquant, jpegoptim, cwebp, avifenc, butteraugli_main (libjxl), converseen,
   Xvfb, openbox, dbus-daemon, Mesa's software renderer, libxcb.
