@@ -18,7 +18,7 @@ T.MenuBar {
         id: item
 
         implicitWidth: label.implicitWidth + 18
-        implicitHeight: 24
+        implicitHeight: Theme.scaled(24)
         font: Theme.body
         Accessible.role: Accessible.MenuItem
         Accessible.name: label.text

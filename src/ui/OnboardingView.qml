@@ -119,6 +119,8 @@ Flickable {
             implicitHeight: card.implicitHeight + 48
             Layout.fillWidth: true
             Layout.maximumWidth: Theme.scaled(480)
+            Layout.leftMargin: 20
+            Layout.rightMargin: 20
             Layout.alignment: Qt.AlignHCenter
 
             Shadow {

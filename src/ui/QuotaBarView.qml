@@ -37,6 +37,8 @@ RowLayout {
             anchors.fill: parent
             radius: 4
             color: Theme.quaternary
+            border.width: Theme.highContrast ? 1 : 0
+            border.color: Theme.separator
         }
         Rectangle {
             objectName: "fill"

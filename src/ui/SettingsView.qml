@@ -93,6 +93,7 @@ Sheet {
                 id: pages
 
                 anchors.fill: parent
+                anchors.rightMargin: page.interactive ? 12 : 0 // for the scroll bar
                 currentIndex: tabs.currentIndex
 
                 KeyTab {

@@ -12,7 +12,7 @@ ColumnLayout {
     required property QuotaTracker quotaTracker
     readonly property int remaining: Math.max(0, quotaTracker.monthlyLimit - quotaTracker.currentCount)
 
-    spacing: 12
+    spacing: 0 // by which what fills the rest takes nothing where there is none
 
     FormSection {
         title: qsTr("Monthly Usage — %1").arg(root.quotaTracker.monthYear)
@@ -45,6 +45,7 @@ ColumnLayout {
 
     FormSection {
         Layout.fillWidth: true
+        Layout.topMargin: 12
 
         FormRow {
             Column {
