@@ -12,7 +12,7 @@ ColumnLayout {
     required property QuotaTracker quotaTracker
     readonly property int remaining: Math.max(0, quotaTracker.monthlyLimit - quotaTracker.currentCount)
 
-    spacing: 0 // by which what fills the rest takes nothing where there is none
+    spacing: 0
 
     FormSection {
         title: qsTr("Monthly Usage — %1").arg(root.quotaTracker.monthYear)
@@ -45,7 +45,7 @@ ColumnLayout {
 
     FormSection {
         Layout.fillWidth: true
-        Layout.topMargin: 12
+        Layout.topMargin: 8
 
         FormRow {
             Column {
@@ -67,6 +67,5 @@ ColumnLayout {
 
     Item {
         Layout.fillHeight: true
-        Layout.topMargin: -root.spacing // the rows above take all of the sheet
     }
 }
