@@ -41,8 +41,10 @@ ColumnLayout {
         text: qsTr("Image compression powered by TinyPNG API")
         font: Theme.subheadline
         color: Theme.secondary
+        horizontalAlignment: Text.AlignHCenter
+        wrapMode: Text.Wrap
         textFormat: Text.PlainText
-        Layout.alignment: Qt.AlignHCenter
+        Layout.fillWidth: true
         Accessible.role: Accessible.StaticText
         Accessible.name: text
     }

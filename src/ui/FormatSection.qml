@@ -49,6 +49,7 @@ FormSection {
                     font: Theme.body
                     color: Theme.primary
                     elide: Text.ElideRight
+                    horizontalAlignment: Text.AlignLeft
                     textFormat: Text.PlainText
                     Layout.fillWidth: true
                     Accessible.ignored: true

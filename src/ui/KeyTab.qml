@@ -43,7 +43,7 @@ ColumnLayout {
                 text: root.app.storedKey()
                 placeholderText: qsTr("API Key")
                 echoMode: TextInput.Password
-                font: Theme.bodyMonospaced
+                isCode: true
                 focus: true
             }
         }
@@ -96,7 +96,8 @@ ColumnLayout {
         Layout.fillWidth: true
 
         FormRow {
-            Row {
+            Flow {
+                width: parent.width
                 spacing: 4
 
                 Text {

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
 import QtQuick
+import QtQuick.Layouts
 import Pixpress
 
 /// A row of a form that shows a number after its label.
@@ -15,20 +16,26 @@ FormRow {
     Accessible.role: Accessible.StaticText
     Accessible.name: label + " " + value
 
-    Text {
-        text: root.label
-        font: Theme.body
-        color: Theme.primary
-        textFormat: Text.PlainText
-        Accessible.ignored: true
-    }
-    Text {
-        objectName: "value"
-        anchors.right: parent.right
-        text: root.value
-        font: Theme.bodyMonospaced // for its digits: Qt 6.4 cannot ask a font for its tabular ones
-        color: root.valueColor
-        textFormat: Text.PlainText
-        Accessible.ignored: true
+    RowLayout {
+        width: parent.width
+
+        Text {
+            text: root.label
+            font: Theme.body
+            color: Theme.primary
+            horizontalAlignment: Text.AlignLeft
+            wrapMode: Text.Wrap
+            textFormat: Text.PlainText
+            Layout.fillWidth: true
+            Accessible.ignored: true
+        }
+        Text {
+            objectName: "value"
+            text: root.value
+            font: Theme.bodyMonospaced // for its digits: Qt 6.4 cannot ask a font for its tabular ones
+            color: root.valueColor
+            textFormat: Text.PlainText
+            Accessible.ignored: true
+        }
     }
 }

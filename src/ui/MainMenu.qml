@@ -13,7 +13,7 @@ T.MenuBar {
 
     implicitWidth: contentItem.implicitWidth
     implicitHeight: Theme.scaled(24) + 4
-    leftPadding: 6
+    horizontalPadding: 6
     delegate: T.MenuBarItem {
         id: item
 
@@ -52,6 +52,7 @@ T.MenuBar {
     }
 
     ContextMenu {
+        x: root.mirrored ? (parent?.width ?? 0) - width : 0 // away from the leading edge
         title: "&Pixpress"
 
         T.Action {
@@ -67,6 +68,7 @@ T.MenuBar {
         }
     }
     ContextMenu {
+        x: root.mirrored ? (parent?.width ?? 0) - width : 0 // away from the leading edge
         title: qsTr("&File")
 
         T.Action {

@@ -47,6 +47,13 @@ Flickable {
         onFailed: description => root.errorMessage = qsTr("Could not validate: %1").arg(description)
     }
 
+    TextMetrics {
+        id: startText
+
+        text: qsTr("Get Started")
+        font: Theme.body
+    }
+
     Shortcut {
         sequences: ["Return", "Enter"]
         onActivated: root.validate()
@@ -172,16 +179,17 @@ Flickable {
                         objectName: "key"
                         placeholderText: qsTr("Paste your API key here…")
                         echoMode: TextInput.Password
-                        font: Theme.bodyMonospaced
+                        isCode: true
                         Layout.fillWidth: true
                     }
                     PushButton {
                         objectName: "getStarted"
                         prominent: true
-                        text: root.isValidating ? "" : qsTr("Get Started")
+                        text: root.isValidating ? "" : startText.text
                         enabled: root.key !== "" && !root.isValidating
-                        Layout.preferredWidth: Theme.scaled(80) + 24 // for the content, and 12 at each side
-                        Accessible.name: qsTr("Get Started")
+                        // 80 for the content unless it is longer, and 12 at each side
+                        Layout.preferredWidth: Math.ceil(Math.max(Theme.scaled(80), startText.advanceWidth)) + 24
+                        Accessible.name: startText.text
                         onClicked: root.validate()
 
                         ActivityIndicator {
@@ -223,6 +231,8 @@ Flickable {
                     LinkLabel {
                         text: qsTr("Get a free API key at %1 →").arg(About.developersHost)
                         page: About.developersPage
+                        Layout.fillWidth: true
+                        Layout.maximumWidth: implicitWidth
                     }
                     Item {
                         Layout.fillWidth: true

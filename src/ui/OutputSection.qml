@@ -51,6 +51,7 @@ FormSection {
                 font: Theme.caption
                 color: root.options.folder ? Theme.primary : Theme.secondary
                 elide: Text.ElideMiddle
+                horizontalAlignment: Text.AlignLeft
                 maximumLineCount: 1
                 textFormat: Text.PlainText
                 Layout.fillWidth: true

@@ -21,6 +21,10 @@ T.ApplicationWindow {
     color: Theme.windowBackground
     font: Theme.body
 
+    // In languages that are written from right to left; inherited by what pops up too.
+    LayoutMirroring.enabled: Application.layoutDirection === Qt.RightToLeft
+    LayoutMirroring.childrenInherit: true
+
     menuBar: MainMenu {
         app: root.app
     }

@@ -42,6 +42,7 @@ RowLayout {
         }
         Rectangle {
             objectName: "fill"
+            anchors.left: parent.left
             width: Math.max(0, bar.width * root.usage) // beyond the track when the limit is passed
             height: parent.height
             radius: 4
@@ -62,7 +63,7 @@ RowLayout {
     }
     Text {
         objectName: "remaining"
-        text: qsTr("(%1 left)").arg(root.remaining)
+        text: qsTr("(%n left)", "", root.remaining)
         font: Theme.caption
         color: Theme.secondary
         textFormat: Text.PlainText

@@ -36,6 +36,7 @@ Sheet {
                 text: root.title
                 font: Theme.title2
                 color: Theme.primary
+                horizontalAlignment: Text.AlignLeft
                 textFormat: Text.PlainText
                 Layout.fillWidth: true
                 Accessible.role: Accessible.Heading
@@ -97,6 +98,7 @@ Sheet {
                 currentIndex: tabs.currentIndex
 
                 KeyTab {
+                    objectName: "keyTab"
                     app: root.app
                 }
                 UsageTab {

@@ -124,6 +124,7 @@ Item {
                 font: Theme.bodyMedium
                 color: Theme.primary
                 elide: Text.ElideMiddle
+                horizontalAlignment: Text.AlignLeft
                 maximumLineCount: 1
                 textFormat: Text.PlainText
                 Layout.fillWidth: true
@@ -239,9 +240,9 @@ Item {
             onClosed: menu.active = false
             Component.onCompleted: {
                 if (menu.isByKey)
-                    popup(root, 68, row.height); // below the name
+                    openAt(root, 68, row.height); // below the name
                 else
-                    popup();
+                    openAtPointer();
             }
 
             ContextMenuItem {

@@ -27,8 +27,11 @@ Rectangle {
         spacing: 4
 
         ToolbarButton {
+            id: sidebarToggle
+
+            objectName: "sidebarToggle"
             text: root.sidebarShown ? qsTr("Hide Sidebar") : qsTr("Show Sidebar")
-            symbol: "sidebar.left"
+            symbol: sidebarToggle.mirrored ? "sidebar.right" : "sidebar.left"
             help: text
             onClicked: root.sidebarToggled()
         }

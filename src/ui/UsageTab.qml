@@ -54,6 +54,7 @@ ColumnLayout {
 
                 PushButton {
                     objectName: "reset"
+                    anchors.left: parent.left
                     text: qsTr("Reset Local Counter")
                     onClicked: root.quotaTracker.reset()
                 }

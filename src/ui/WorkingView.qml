@@ -35,8 +35,14 @@ Item {
             id: split
 
             orientation: Qt.Horizontal
+            LayoutMirroring.enabled: false // that of Qt 6.4 cannot: the sidebar is moved instead
             Layout.fillWidth: true
             Layout.fillHeight: true
+
+            Component.onCompleted: {
+                if (root.LayoutMirroring.enabled)
+                    moveItem(0, 1);
+            }
 
             handle: Rectangle {
                 implicitWidth: 1

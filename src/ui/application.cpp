@@ -4,12 +4,14 @@
 #include "ui/application.h"
 
 #include "ui/appearance.h"
+#include "ui/language.h"
 #include "ui/pixpressapp.h"
 
 #include <QDir>
 #include <QFont>
 #include <QFontDatabase>
 #include <QIcon>
+#include <QLocale>
 #include <QQmlApplicationEngine>
 #include <QQuickWindow>
 
@@ -57,6 +59,7 @@ int &prepared(int &argc)
 Application::Application(int &argc, char **argv) : QGuiApplication(prepared(argc), argv)
 {
     chooseFont();
+    installLanguage(*this, chosenLanguage(QLocale::system().uiLanguages()));
     setWindowIcon(QIcon(u":/qt/qml/Pixpress/logo.svg"_s));
     setDesktopFileName(applicationName());
 }

@@ -39,7 +39,8 @@ QString statusText(const CompressionTask &task)
     case State::compressing: return TaskModel::tr("Compressing");
     case State::downloading: return TaskModel::tr("Downloading");
     case State::completed:
-        return QStringLiteral("→ ") + ByteFormatter::format(resultOf(task)->compressedSize);
+        //: What a file has become; with ← in languages that are written from right to left.
+        return TaskModel::tr("→ %1").arg(ByteFormatter::format(resultOf(task)->compressedSize));
     case State::failed: return std::get<status::Failed>(task.status).error;
     }
     Q_UNREACHABLE();
@@ -98,7 +99,7 @@ TaskModel::TaskModel(CompressionQueue &queue) : m_queue(queue)
 
 QString TaskModel::progressText() const
 {
-    return tr("%1/%2 completed").arg(m_queue.completedCount()).arg(count());
+    return tr("%1/%n completed", nullptr, static_cast<int>(count())).arg(m_queue.completedCount());
 }
 
 QString TaskModel::totalSavedText() const

@@ -8,6 +8,7 @@ import Pixpress
 Text {
     font: Theme.caption
     color: Theme.secondary
+    horizontalAlignment: Text.AlignLeft
     wrapMode: Text.Wrap
     textFormat: Text.PlainText
     Accessible.role: Accessible.StaticText

@@ -84,7 +84,7 @@ T.Popup {
         TextEntry {
             objectName: "hex"
             text: root.hex
-            font: Theme.bodyMonospaced
+            isCode: true
             maximumLength: 7
             focus: true
             Layout.fillWidth: true

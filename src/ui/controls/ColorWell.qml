@@ -54,7 +54,7 @@ T.Button {
         active: false
         sourceComponent: ColorPopover {
             parent: root
-            x: root.width - width
+            x: root.mirrored ? 0 : root.width - width
             y: root.height + 3
             visible: true
             value: root.value

@@ -15,6 +15,17 @@ T.Menu {
     padding: 5
     overlap: 1
 
+    /// Below a place of an item, which is `leading` away from its leading edge.
+    function openAt(item: Item, leading: real, y: real) {
+        popup(item, mirrored ? item.width - leading - width : leading, y);
+    }
+
+    function openAtPointer() {
+        popup();
+        if (mirrored)
+            x -= width;
+    }
+
     delegate: ContextMenuItem {}
 
     contentItem: ListView {

@@ -28,9 +28,16 @@ T.MenuItem {
     }
 
     contentItem: Item {
+        Shortcut { // to tell what the keys are called here, not to listen to them
+            id: keys
+
+            sequence: root.action?.shortcut ?? ""
+            enabled: false
+        }
         Text {
             id: label
 
+            anchors.left: parent.left
             anchors.verticalCenter: parent.verticalCenter
             text: root.text
             font: root.font
@@ -42,7 +49,7 @@ T.MenuItem {
 
             anchors.right: parent.right
             anchors.verticalCenter: parent.verticalCenter
-            text: root.action ? root.action.shortcut ?? "" : ""
+            text: keys.nativeText
             font: root.font
             color: root.highlighted && root.enabled ? Theme.onAccent : Theme.secondary
             textFormat: Text.PlainText

@@ -24,6 +24,7 @@ ColumnLayout {
         color: Theme.primary
         textFormat: Text.PlainText
         elide: Text.ElideRight
+        horizontalAlignment: Text.AlignLeft
         Layout.fillWidth: true
         Layout.leftMargin: 10
         Accessible.role: Accessible.Heading

@@ -21,6 +21,7 @@ Column {
         font: Theme.caption
         color: Theme.secondary
         elide: Text.ElideRight
+        horizontalAlignment: Text.AlignLeft
         textFormat: Text.PlainText
         Accessible.ignored: true
     }

@@ -31,6 +31,8 @@ T.AbstractButton {
         font.weight: root.font.weight
         font.underline: root.hovered
         color: Theme.blueText
+        horizontalAlignment: Text.AlignLeft
+        wrapMode: Text.Wrap
         textFormat: Text.PlainText
         Accessible.ignored: true
     }

@@ -22,6 +22,7 @@ Column {
         font: Theme.body
         color: Theme.primary
         elide: Text.ElideRight
+        horizontalAlignment: Text.AlignLeft
         textFormat: Text.PlainText
         Accessible.ignored: true
     }

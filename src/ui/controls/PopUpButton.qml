@@ -15,8 +15,8 @@ T.ComboBox {
 
     implicitWidth: Theme.scaled(140)
     implicitHeight: Theme.regularControl
-    leftPadding: 10
-    rightPadding: 4
+    leftPadding: mirrored ? 4 : 10
+    rightPadding: mirrored ? 10 : 4
     focusPolicy: Qt.StrongFocus
     font: Theme.body
     opacity: enabled ? 1 : 0.45
@@ -27,11 +27,13 @@ T.ComboBox {
     Accessible.onPressAction: popup.open()
 
     contentItem: Text {
-        rightPadding: Theme.scaled(13) + 7
+        leftPadding: root.mirrored ? Theme.scaled(13) + 7 : 0
+        rightPadding: root.mirrored ? 0 : Theme.scaled(13) + 7
         text: root.displayText
         font: root.font
         color: Theme.primary
         elide: Text.ElideRight
+        horizontalAlignment: Text.AlignLeft
         verticalAlignment: Text.AlignVCenter
         textFormat: Text.PlainText
         Accessible.ignored: true
@@ -70,7 +72,8 @@ T.ComboBox {
 
         contentItem: Item {
             Symbol {
-                x: 4
+                anchors.left: parent.left
+                anchors.leftMargin: 4
                 anchors.verticalCenter: parent.verticalCenter
                 visible: choice.index === root.currentIndex
                 name: "checkmark"
@@ -78,13 +81,16 @@ T.ComboBox {
                 size: Theme.scaled(13)
             }
             Text {
-                x: Theme.scaled(13) + 9
-                width: parent.width - x - 6
+                anchors.left: parent.left
+                anchors.leftMargin: Theme.scaled(13) + 9
+                anchors.right: parent.right
+                anchors.rightMargin: 6
                 anchors.verticalCenter: parent.verticalCenter
                 text: choice.text
                 font: root.font
                 color: choice.contentColor
                 elide: Text.ElideRight
+                horizontalAlignment: Text.AlignLeft
                 textFormat: Text.PlainText
             }
         }

@@ -13,6 +13,13 @@ T.TabBar {
 
     property list<TabEntry> entries
 
+    readonly property real widestTab: {
+        let widest = Theme.scaled(110);
+        for (let i = 0; i < count; ++i)
+            widest = Math.max(widest, itemAt(i)?.implicitWidth ?? 0);
+        return widest;
+    }
+
     /// Chooses a neighbour, and takes the keyboard there.
     function step(by: int) {
         currentIndex = Math.max(0, Math.min(count - 1, currentIndex + by));
@@ -23,14 +30,14 @@ T.TabBar {
     implicitHeight: Theme.regularControl + 4
     padding: 2
     spacing: 2
-    contentWidth: count * Theme.scaled(110)
+    contentWidth: count * widestTab
     contentHeight: Theme.regularControl
 
     Accessible.role: Accessible.PageTabList
     Accessible.name: qsTr("Tabs")
 
-    Keys.onLeftPressed: step(-1)
-    Keys.onRightPressed: step(1)
+    Keys.onLeftPressed: step(mirrored ? 1 : -1)
+    Keys.onRightPressed: step(mirrored ? -1 : 1)
 
     background: Rectangle {
         radius: Theme.controlRadius + 2
@@ -61,8 +68,12 @@ T.TabBar {
             Accessible.name: text
             Accessible.onPressAction: tab.checked = true
 
+            implicitWidth: label.implicitWidth + 16
+
             contentItem: Item {
                 SymbolLabel {
+                    id: label
+
                     anchors.centerIn: parent
                     symbol: tab.modelData.symbol
                     text: tab.text

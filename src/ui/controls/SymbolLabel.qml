@@ -37,6 +37,7 @@ RowLayout {
         elide: root.wrapMode === Text.NoWrap ? Text.ElideRight : Text.ElideNone
         wrapMode: root.wrapMode
         maximumLineCount: root.wrapMode === Text.NoWrap ? 1 : 1000 // also where it has line breaks
+        horizontalAlignment: Text.AlignLeft
         textFormat: Text.PlainText
         Layout.fillWidth: true
         Accessible.ignored: true

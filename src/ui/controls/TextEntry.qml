@@ -12,19 +12,24 @@ import Pixpress
 T.TextField {
     id: root
 
+    /// It holds something for machines, a key or a number of a colour, that is never mirrored.
+    property bool isCode: false
+
     implicitWidth: Theme.scaled(120)
     implicitHeight: Theme.regularControl
     leftPadding: 7
     rightPadding: 7
     topPadding: 0
     bottomPadding: 0
+    horizontalAlignment: TextInput.AlignLeft
     verticalAlignment: TextInput.AlignVCenter
-    font: Theme.body
+    font: isCode ? Theme.bodyMonospaced : Theme.body
     color: Theme.primary
     selectionColor: Theme.selection
     selectedTextColor: Theme.primary
     selectByMouse: true
     passwordCharacter: "•"
+    LayoutMirroring.enabled: isCode ? false : undefined // as it is inherited
 
     Accessible.role: Accessible.EditableText
     Accessible.name: placeholderText
@@ -50,6 +55,7 @@ T.TextField {
         font: root.font
         color: Theme.tertiary
         elide: Text.ElideRight
+        horizontalAlignment: Text.AlignLeft
         verticalAlignment: Text.AlignVCenter
         textFormat: Text.PlainText
         Accessible.ignored: true
@@ -67,7 +73,7 @@ T.TextField {
         sourceComponent: EditMenu {
             entry: root
             onClosed: editMenu.active = false
-            Component.onCompleted: popup()
+            Component.onCompleted: openAtPointer()
         }
     }
 }

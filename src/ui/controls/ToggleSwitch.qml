@@ -34,8 +34,10 @@ T.Switch {
         font: root.font
         color: Theme.primary
         elide: Text.ElideRight
+        horizontalAlignment: Text.AlignLeft
         verticalAlignment: Text.AlignVCenter
-        rightPadding: root.indicator.width + 12
+        leftPadding: root.mirrored ? root.indicator.width + 12 : 0
+        rightPadding: root.mirrored ? 0 : root.indicator.width + 12
         textFormat: Text.PlainText
         Accessible.ignored: true
     }
