@@ -243,7 +243,7 @@ mit der TinyPNG-API – bis zu 500 pro Monat kostenlos.</translation>
     </message>
     <message>
         <source>No folder chosen</source>
-        <translation>Kein Ordner ausgewählt</translation>
+        <translation>Kein Ordner gewählt</translation>
     </message>
     <message>
         <source>Change</source>
@@ -251,7 +251,7 @@ mit der TinyPNG-API – bis zu 500 pro Monat kostenlos.</translation>
     </message>
     <message>
         <source>Choose…</source>
-        <translation>Auswählen&#xa0;…</translation>
+        <translation>Wählen&#xa0;…</translation>
     </message>
 </context>
 <context>

@@ -232,7 +232,8 @@ Flickable {
                         text: qsTr("Get a free API key at %1 →").arg(About.developersHost)
                         page: About.developersPage
                         Layout.fillWidth: true
-                        Layout.maximumWidth: implicitWidth
+                        Layout.preferredWidth: Math.ceil(implicitWidth)
+                        Layout.maximumWidth: Math.ceil(implicitWidth)
                     }
                     Item {
                         Layout.fillWidth: true

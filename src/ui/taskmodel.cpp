@@ -5,6 +5,8 @@
 
 #include "model/bytes.h"
 
+#include <QGuiApplication>
+
 namespace pixpress {
 
 namespace {
@@ -31,6 +33,13 @@ const CompressionResult *resultOf(const CompressionTask &task)
     return completed ? &completed->result : nullptr;
 }
 
+/// Where one writes from right to left a unit would come before its number, and a sign after it.
+QString sizeText(qint64 bytes)
+{
+    const QString size = ByteFormatter::format(bytes);
+    return QGuiApplication::isRightToLeft() ? u'\u2066' + size + u'\u2069' : size;
+}
+
 QString statusText(const CompressionTask &task)
 {
     switch (stateOf(task.status)) {
@@ -40,7 +49,7 @@ QString statusText(const CompressionTask &task)
     case State::downloading: return TaskModel::tr("Downloading");
     case State::completed:
         //: What a file has become; with ← in languages that are written from right to left.
-        return TaskModel::tr("→ %1").arg(ByteFormatter::format(resultOf(task)->compressedSize));
+        return TaskModel::tr("→ %1").arg(sizeText(resultOf(task)->compressedSize));
     case State::failed: return std::get<status::Failed>(task.status).error;
     }
     Q_UNREACHABLE();
@@ -74,7 +83,7 @@ QString savedText(const CompressionTask &task)
     qint64 saved = 0;
     if (__builtin_sub_overflow(result->originalSize, result->compressedSize, &saved))
         qFatal("The sizes of \"%s\" are too far apart.", qUtf8Printable(task.fileName));
-    return TaskModel::tr("saved %1").arg(ByteFormatter::format(saved));
+    return TaskModel::tr("saved %1").arg(sizeText(saved));
 }
 
 QString summary(const CompressionTask &task)
@@ -105,7 +114,7 @@ QString TaskModel::progressText() const
 QString TaskModel::totalSavedText() const
 {
     const qint64 saved = m_queue.totalSaved();
-    return saved > 0 ? tr("Total saved: %1").arg(ByteFormatter::format(saved)) : QString();
+    return saved > 0 ? tr("Total saved: %1").arg(sizeText(saved)) : QString();
 }
 
 int TaskModel::rowCount(const QModelIndex &parent) const

@@ -23,8 +23,9 @@ namespace {
 /// Some names may be as long as they like, and the service's own words too.
 bool mayElide(const QQuickItem &text)
 {
-    return text.objectName() == "fileName"_L1 || text.objectName() == "folder"_L1 ||
-           text.property("text").toString().endsWith(failure);
+    const QString words = text.property("text").toString();
+    return text.objectName() == "fileName"_L1 ||
+           (text.objectName() == "folder"_L1 && words.startsWith(u'/')) || words.endsWith(failure);
 }
 
 /// Where the text goes beyond what it stands in; null when nowhere. What can be scrolled to is not
