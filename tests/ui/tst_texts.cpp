@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
 // All views at the smallest size of the window, in the language that LANGUAGE names; "rtl" stands
-// for one that is made up.
+// for one that is made up. TEXT_SCALE enlarges the text.
 
 #include "catalogue.h"
 #include "pseudolanguage.h"
@@ -147,7 +147,11 @@ void TextsTest::texts_showWholeAndTranslated()
     QAccessible::setActive(true);
     QStringList wrong;
     QStringList seen;
-    visitScenes({800, 550}, [&](const Scene &scene, const QString &name, Rest) {
+    // Of larger text the window shows as much at its usual size as it does else at its smallest.
+    const double textScale = qEnvironmentVariable("TEXT_SCALE", u"1"_s).toDouble();
+    const QSize size = textScale > 1 ? QSize(920, 620) : QSize(800, 550);
+    visitScenes(size, [&](const Scene &scene, const QString &name, Rest) {
+        prefer(*qmlEngine(scene.window), {.textScale = textScale});
         scene.window->grabWindow(); // by which all is in its place
         for (const QString &fault : faults(scene))
             wrong.append(name + u": "_s + fault);
