@@ -50,9 +50,10 @@ FormSection {
                 text: root.options.folder || qsTr("No folder chosen")
                 font: Theme.caption
                 color: root.options.folder ? Theme.primary : Theme.secondary
-                elide: Text.ElideMiddle
+                elide: root.options.folder ? Text.ElideMiddle : Text.ElideNone
+                wrapMode: root.options.folder ? Text.NoWrap : Text.Wrap
                 horizontalAlignment: Text.AlignLeft
-                maximumLineCount: 1
+                maximumLineCount: root.options.folder ? 1 : 3
                 textFormat: Text.PlainText
                 Layout.fillWidth: true
                 Accessible.role: Accessible.StaticText

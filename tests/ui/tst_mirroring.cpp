@@ -35,7 +35,8 @@ bool isCode(const QQuickItem &item)
 QString nameOf(const QQuickItem &item)
 {
     const QString type = QString::fromLatin1(item.metaObject()->className()).section(u'_', 0, 0);
-    const QString text = item.inherits("QQuickText") ? item.property("text").toString() : QString();
+    QString text = item.inherits("QQuickText") ? item.property("text").toString() : QString();
+    text.remove(u'\u2066').remove(u'\u2069'); // which keep sizes together in a mirrored window
     return u"%1 \"%2\""_s.arg(type, item.objectName().isEmpty() ? text : item.objectName());
 }
 
