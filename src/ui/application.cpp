@@ -34,6 +34,15 @@ void chooseFont()
     QGuiApplication::setFont(font);
 }
 
+/// The program's own, which it brings as resources in the sizes that window managers show.
+QIcon ownIcon()
+{
+    QIcon icon;
+    for (const int size : {16, 24, 32, 48, 64, 128})
+        icon.addFile(u":/icon/%1.png"_s.arg(size), {size, size});
+    return icon;
+}
+
 /// The files that a file manager was told to open with this program.
 QList<QUrl> filesToOpen()
 {
@@ -60,8 +69,7 @@ Application::Application(int &argc, char **argv) : QGuiApplication(prepared(argc
 {
     chooseFont();
     installLanguage(*this, chosenLanguage(QLocale::system().uiLanguages()));
-    setWindowIcon(QIcon(u":/qt/qml/Pixpress/logo.svg"_s));
-    setDesktopFileName(applicationName());
+    setWindowIcon(ownIcon());
 }
 
 int Application::run(SettingsStore &settings, const ServiceConfig &service)
