@@ -67,6 +67,23 @@ QRect XDisplay::area(Window window) const
     return {place->dst_x, place->dst_y, size->width, size->height};
 }
 
+QByteArray XDisplay::className(Window window) const
+{
+    return property(window, "WM_CLASS").split('\0').value(1);
+}
+
+QImage XDisplay::icon(Window window) const
+{
+    const QList<quint32> sizeAndPoints = numbers(window, "_NET_WM_ICON");
+    const auto width = sizeAndPoints.value(0);
+    const auto height = sizeAndPoints.value(1);
+    if (width == 0 || sizeAndPoints.size() < 2 + qsizetype(width) * height)
+        return {};
+    return QImage(reinterpret_cast<const uchar *>(sizeAndPoints.constData() + 2), int(width),
+                  int(height), QImage::Format_ARGB32)
+        .copy();
+}
+
 QImage XDisplay::picture(const QRect &area) const
 {
     auto *const x = m_connection.get();

@@ -29,8 +29,10 @@ public:
     Window activeWindow() const;
 
     QByteArray title(Window window) const;
-    QSize minimumSize(Window window) const; ///< As the window manager was told.
-    QRect area(Window window) const;        ///< On the screen, without the frame.
+    QByteArray className(Window window) const; ///< By which desktops find its application.
+    QImage icon(Window window) const;          ///< The first that it offers, the smallest.
+    QSize minimumSize(Window window) const;    ///< As the window manager was told.
+    QRect area(Window window) const;           ///< On the screen, without the frame.
     QImage picture(const QRect &area) const;
     /// Has the window manager ask a window to close, as a taskbar does and the button in its frame.
     void close(Window window) const;
