@@ -12,6 +12,9 @@ Item {
     required property PixpressApp app
     required property bool isTargeted ///< A drag with files hovers over the window.
 
+    /// What had the keyboard before has gone: the key's view, or the list with what cleared it.
+    Component.onCompleted: browse.forceActiveFocus(Qt.OtherFocusReason)
+
     DashedFrame {
         objectName: "outline"
         anchors.fill: parent
@@ -94,6 +97,8 @@ Item {
         }
 
         PushButton {
+            id: browse
+
             objectName: "browse"
             text: qsTr("Choose Files")
             symbol: "folder"

@@ -16,6 +16,7 @@ ColumnLayout {
     readonly property alias isValidating: validation.isValidating
 
     function report(message: string, good: bool) {
+        validationMessage = ""; // so that it shows anew, also when it says the same again
         validationMessage = message;
         isValid = good;
     }
@@ -66,6 +67,8 @@ ColumnLayout {
                     text: qsTr("Validate")
                     enabled: root.apiKeyInput !== "" && !root.isValidating
                     onClicked: {
+                        if (activeFocus)
+                            field.forceActiveFocus(); // a disabled button cannot keep the keyboard
                         root.report("", false);
                         validation.start(root.apiKeyInput);
                     }
@@ -86,7 +89,7 @@ ColumnLayout {
                     color: root.isValid ? Theme.greenText : Theme.redText
                     wrapMode: Text.Wrap
                     Layout.maximumWidth: Theme.scaled(230)
-                    Accessible.role: Accessible.AlertMessage
+                    Accessible.role: Accessible.Notification // read out when it shows
                 }
             }
         }

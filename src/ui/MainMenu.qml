@@ -17,6 +17,8 @@ T.MenuBar {
     delegate: T.MenuBarItem {
         id: item
 
+        readonly property int accessibleRole: Accessible.MenuItem // the toolkit takes it for a bar
+
         implicitWidth: label.implicitWidth + 18
         implicitHeight: Theme.scaled(24)
         font: Theme.body

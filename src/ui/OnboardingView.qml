@@ -20,6 +20,7 @@ Flickable {
         if (key === "" || isValidating)
             return;
         errorMessage = "";
+        field.forceActiveFocus(); // the button cannot keep the keyboard while it is disabled
         validation.start(key);
     }
 
@@ -158,6 +159,9 @@ Flickable {
                     Layout.fillWidth: true
 
                     SymbolLabel {
+                        id: title
+
+                        Accessible.ignored: true // the field below has it for its name
                         symbol: "key.fill"
                         text: qsTr("TinyPNG API Key")
                         font: Theme.headline
@@ -177,6 +181,7 @@ Flickable {
                         id: field
 
                         objectName: "key"
+                        label: title.text
                         placeholderText: qsTr("Paste your API key here…")
                         echoMode: TextInput.Password
                         isCode: true
@@ -209,7 +214,7 @@ Flickable {
                     color: Theme.redText
                     wrapMode: Text.Wrap
                     Layout.fillWidth: true
-                    Accessible.role: Accessible.AlertMessage
+                    Accessible.role: Accessible.Notification // read out when it shows
                 }
 
                 Divider {

@@ -31,7 +31,7 @@ RowLayout {
         implicitHeight: 8
         Layout.fillWidth: true
         Accessible.role: Accessible.ProgressBar
-        Accessible.name: count.text
+        Accessible.ignored: true // the texts beside it tell more
 
         Rectangle {
             anchors.fill: parent

@@ -13,8 +13,35 @@ ColumnLayout {
     id: root
 
     required property PixpressApp app
+    property string outcome ///< Of the work that has ended; for assistive technology.
+
+    function takeFocus() {
+        list.isQuiet = !list.activeFocus;
+        list.forceActiveFocus(Qt.OtherFocusReason);
+    }
+
+    function tellOutcome() {
+        outcome = app.tasks.outcomeText;
+        if (outcome !== "")
+            Accessibility.announce(announcement);
+    }
 
     spacing: 0
+
+    Component.onCompleted: {
+        // The drop zone has gone. Where somebody is at work elsewhere, they stay.
+        if (!Window.activeFocusItem?.activeFocusOnTab)
+            takeFocus();
+        tellOutcome();
+    }
+
+    Connections {
+        target: root.app.tasks
+
+        function onWorkEnded() {
+            root.tellOutcome();
+        }
+    }
 
     RowLayout {
         spacing: 8
@@ -32,6 +59,15 @@ ColumnLayout {
             textFormat: Text.PlainText
             Accessible.role: Accessible.StaticText
             Accessible.name: text
+
+            Item {
+                id: announcement
+
+                anchors.fill: parent
+                Accessible.role: Accessible.Notification
+                Accessible.name: root.outcome
+                Accessible.ignored: root.outcome === "" || root.app.appState.compressionQueue.hasActiveTasks
+            }
         }
         Text {
             visible: totalSaved.visible
@@ -70,6 +106,10 @@ ColumnLayout {
     ListView {
         id: list
 
+        /// It has got the keyboard without anybody's asking for it: until a key is pressed no ring
+        /// is drawn.
+        property bool isQuiet: false
+
         objectName: "rows"
         model: root.app.tasks
         topMargin: 8
@@ -92,14 +132,26 @@ ColumnLayout {
         onActiveFocusChanged: {
             if (activeFocus && currentIndex < 0)
                 currentIndex = 0;
+            if (!activeFocus)
+                isQuiet = false;
+        }
+
+        Keys.onPressed: event => {
+            isQuiet = false;
+            event.accepted = false;
         }
 
         delegate: TaskRowView {
             width: list.width
             isLast: index === list.count - 1
             isCurrent: ListView.isCurrentItem && list.activeFocus
+            isQuiet: list.isQuiet
             thumbnails: root.app.thumbnails
-            onRetry: root.app.retry(index)
+            onRetry: {
+                list.currentIndex = index;
+                list.currentItem.forceActiveFocus(Qt.OtherFocusReason); // its button goes
+                root.app.retry(index);
+            }
             onReveal: root.app.reveal(outputURL)
             onPressed: {
                 list.currentIndex = index;

@@ -28,6 +28,11 @@ Item {
     required property Thumbnails thumbnails
     required property bool isLast
     required property bool isCurrent ///< The keyboard is on this row.
+    property bool isQuiet: false ///< But no ring tells so.
+
+    /// The summary at the end of a turn of the event loop, so that a status that is passed through
+    /// and never seen is not told either.
+    property string told
 
     readonly property bool isCompleted: taskState === TaskModel.State.completed
     readonly property bool isFailed: taskState === TaskModel.State.failed
@@ -37,6 +42,10 @@ Item {
     signal retry
     signal reveal
     signal pressed
+
+    function tell() {
+        told = summary;
+    }
 
     function act() {
         if (isCompleted)
@@ -61,8 +70,12 @@ Item {
 
     implicitHeight: row.height + (isLast ? 0 : 5)
 
+    // The linter takes callLater() for a value.
+    onSummaryChanged: Qt.callLater(tell) // qmllint disable type
+    Component.onCompleted: tell()
+
     Accessible.role: Accessible.ListItem
-    Accessible.name: summary
+    Accessible.name: told
     Accessible.focusable: true
     Accessible.focused: isCurrent
     Accessible.onPressAction: act()
@@ -87,7 +100,7 @@ Item {
         anchors.bottomMargin: 1
 
         FocusRing {
-            visible: root.isCurrent
+            visible: root.isCurrent && !root.isQuiet
         }
     }
 
@@ -165,7 +178,9 @@ Item {
             active: root.isRunning
             visible: active
             Layout.rightMargin: 4
-            sourceComponent: ActivityIndicator {}
+            sourceComponent: ActivityIndicator {
+                Accessible.ignored: true // the row's name tells it
+            }
         }
         Loader {
             active: root.isFailed

@@ -47,6 +47,7 @@ Item {
 
     implicitWidth: 36
     implicitHeight: 36
+    Accessible.ignored: true // it repeats the row's name
     Accessible.role: Accessible.Graphic
     Accessible.name: pathExtension.toUpperCase()
 

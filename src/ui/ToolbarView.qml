@@ -14,6 +14,7 @@ Rectangle {
     readonly property bool hasTasks: app.tasks.count > 0
 
     signal sidebarToggled
+    signal clearedDone
 
     implicitHeight: Theme.scaled(44)
     color: Theme.windowBackground
@@ -54,7 +55,10 @@ Rectangle {
             text: qsTr("Clear Done")
             symbol: "checkmark.circle"
             help: qsTr("Clear completed tasks")
-            onClicked: root.app.clearCompleted()
+            onClicked: {
+                root.app.clearCompleted();
+                root.clearedDone();
+            }
         }
         ToolbarButton {
             objectName: "clearAll"

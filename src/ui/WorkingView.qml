@@ -24,6 +24,7 @@ Item {
             app: root.app
             sidebarShown: sidebar.visible
             onSidebarToggled: sidebar.visible = !sidebar.visible
+            onClearedDone: list.item?.takeFocus() // which the button, disabled now, cannot keep
             Layout.fillWidth: true
         }
 
@@ -86,6 +87,8 @@ Item {
                     }
 
                     LateView {
+                        id: list
+
                         app: root.app
                         view: "TaskListView"
                         asynchronous: true // so that a drop of thousands does not hold the window up

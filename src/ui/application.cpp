@@ -3,6 +3,7 @@
 
 #include "ui/application.h"
 
+#include "ui/accessibleitem.h"
 #include "ui/appearance.h"
 #include "ui/language.h"
 #include "ui/pixpressapp.h"
@@ -67,6 +68,7 @@ int &prepared(int &argc)
 
 Application::Application(int &argc, char **argv) : QGuiApplication(prepared(argc), argv)
 {
+    installAccessibleItems();
     chooseFont();
     installLanguage(*this, chosenLanguage(QLocale::system().uiLanguages()));
     setWindowIcon(ownIcon());

@@ -7,6 +7,8 @@
 
 #include <QGuiApplication>
 
+#include <algorithm>
+
 namespace pixpress {
 
 namespace {
@@ -117,6 +119,21 @@ QString TaskModel::totalSavedText() const
     return saved > 0 ? tr("Total saved: %1").arg(sizeText(saved)) : QString();
 }
 
+QString TaskModel::outcomeText() const
+{
+    if (m_queue.hasActiveTasks() || !m_queue.hasEndedTasks())
+        return {};
+    const auto failed = std::ranges::count_if(m_queue.tasks(), [](const CompressionTask &task) {
+        return stateOf(task.status) == State::failed;
+    });
+    QStringList words{progressText(), tr("%n failed", nullptr, static_cast<int>(failed)),
+                      totalSavedText()};
+    if (failed == 0)
+        words.removeAt(1);
+    words.removeAll(QString());
+    return words.join(QStringLiteral(", "));
+}
+
 int TaskModel::rowCount(const QModelIndex &parent) const
 {
     return parent.isValid() ? 0 : static_cast<int>(m_ids.size());
@@ -174,6 +191,18 @@ void TaskModel::onChanged(qsizetype index)
     const QModelIndex row = this->index(static_cast<int>(index));
     Q_EMIT dataChanged(row, row,
                        {TaskState, StatusText, StatusSymbol, Savings, Saved, OutputURL, Summary});
+    const State state = stateOf(m_queue.tasks()[index].status);
+    if (m_isEndDue || (state != State::completed && state != State::failed))
+        return;
+    m_isEndDue = true; // unless the next task starts before this turn of the event loop is over
+    QMetaObject::invokeMethod(this, &TaskModel::tellOfEnd, Qt::QueuedConnection);
+}
+
+void TaskModel::tellOfEnd()
+{
+    m_isEndDue = false;
+    if (!outcomeText().isEmpty())
+        Q_EMIT workEnded();
 }
 
 void TaskModel::onRemoved()

@@ -19,6 +19,7 @@ class TaskModel : public QAbstractListModel
     Q_PROPERTY(int count READ rowCount NOTIFY countChanged)
     Q_PROPERTY(QString progressText READ progressText NOTIFY progressChanged)
     Q_PROPERTY(QString totalSavedText READ totalSavedText NOTIFY progressChanged)
+    Q_PROPERTY(QString outcomeText READ outcomeText NOTIFY workEnded)
 
 public:
     enum Role {
@@ -45,6 +46,8 @@ public:
     QString progressText() const; ///< "3/10 completed"
     /// Empty unless something was saved in sum.
     QString totalSavedText() const;
+    /// "3/4 completed, 1 failed, Total saved: 1.5 MB"; empty while tasks run or none has ended.
+    QString outcomeText() const;
 
     int rowCount(const QModelIndex &parent = {}) const override;
     QVariant data(const QModelIndex &index, int role) const override;
@@ -57,14 +60,18 @@ Q_SIGNALS:
     // Not emitted when the value stays the same.
     void countChanged();
     void progressChanged();
+    /// Tasks have ended, and no other runs now.
+    void workEnded();
 
 private:
     void onAdded(qsizetype first, qsizetype count);
     void onChanged(qsizetype index);
     void onRemoved();
+    void tellOfEnd();
     const CompressionTask &taskAt(int row) const;
 
     CompressionQueue &m_queue;
+    bool m_isEndDue = false;
     QList<QUuid> m_ids; ///< Of the rows; the queue is ahead only while rows are taken out.
 };
 

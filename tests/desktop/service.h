@@ -18,6 +18,9 @@ public:
 
     /// From now on requests are taken in but not answered.
     void hold() { m_server.hold(); }
+    void release() { m_server.release(); }
+    void releaseOne() { m_server.releaseOne(); } ///< Answers the oldest of them.
+    qsizetype waiting() const { return m_server.waiting(); }
 
     QList<QByteArray> authorizations() const; ///< Of all requests.
     QList<QByteArray> uploads() const;        ///< What was to be compressed.

@@ -12,6 +12,7 @@ import Pixpress
 T.Popup {
     id: root
 
+    required property string label ///< What is coloured; for assistive technology.
     required property color value
     required property string hex
 
@@ -29,6 +30,9 @@ T.Popup {
             return Qt.hsla(0, 0, 1 - column / (columns - 1), 1);
         return Qt.hsla(column / columns, 0.75, 1 - 0.18 * row, 1);
     }
+
+    // The item around the content, to which assistive technology is led, has no other way in.
+    Component.onCompleted: contentItem.parent.Accessible.name = label
 
     implicitWidth: contentItem.implicitWidth + leftPadding + rightPadding
     implicitHeight: contentItem.implicitHeight + topPadding + bottomPadding
@@ -50,14 +54,17 @@ T.Popup {
                     id: swatch
 
                     required property int index
+                    readonly property int accessibleRole: Accessible.RadioButton
+                    readonly property bool accessibleChecked: isCurrent
                     readonly property color color: root.swatch(index)
-                    readonly property bool isCurrent: Qt.colorEqual(color, root.value)
+                    readonly property bool isCurrent: color.toString() === root.value.toString() // one may be of hues
 
                     implicitWidth: Theme.scaled(20)
                     implicitHeight: Theme.scaled(20)
                     focusPolicy: Qt.StrongFocus
                     Accessible.role: Accessible.RadioButton
                     Accessible.name: color.toString()
+                    Accessible.checkable: true
                     Accessible.checked: isCurrent
                     Accessible.onPressAction: swatch.clicked()
 
@@ -83,12 +90,12 @@ T.Popup {
 
         TextEntry {
             objectName: "hex"
+            label: qsTr("Colour as #rrggbb")
             text: root.hex
             isCode: true
             maximumLength: 7
             focus: true
             Layout.fillWidth: true
-            Accessible.name: qsTr("Colour as #rrggbb")
             Keys.onEscapePressed: event => {
                 text = root.hex; // closing finishes the editing too
                 event.accepted = false;

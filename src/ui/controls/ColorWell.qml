@@ -57,6 +57,7 @@ T.Button {
             x: root.mirrored ? 0 : root.width - width
             y: root.height + 3
             visible: true
+            label: root.label
             value: root.value
             hex: root.hex
             onPicked: color => root.picked(color)

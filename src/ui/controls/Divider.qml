@@ -10,4 +10,5 @@ Rectangle {
     implicitHeight: 1
     color: Theme.separator
     Accessible.role: Accessible.Separator
+    Accessible.ignored: true // it parts for the eye what is told apart already
 }

@@ -27,12 +27,12 @@ Column {
     }
     TextEntry {
         width: parent.width
+        label: root.label
         text: root.digits
         inputMethodHints: Qt.ImhDigitsOnly
         validator: RegularExpressionValidator {
             regularExpression: /[0-9]{0,9}/
         }
-        Accessible.name: root.label
         onTextEdited: root.edited(text)
     }
 }

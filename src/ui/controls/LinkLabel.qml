@@ -10,6 +10,7 @@ T.AbstractButton {
     id: root
 
     property url page
+    readonly property int accessibleRole: Accessible.Link // the toolkit takes it for a button
 
     implicitWidth: label.implicitWidth
     implicitHeight: label.implicitHeight

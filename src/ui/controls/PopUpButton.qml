@@ -12,6 +12,7 @@ T.ComboBox {
     id: root
 
     required property string label ///< What is chosen; for assistive technology.
+    readonly property bool accessibleExpanded: popup.opened
 
     implicitWidth: Theme.scaled(140)
     implicitHeight: Theme.regularControl
@@ -24,7 +25,10 @@ T.ComboBox {
     Accessible.role: Accessible.ComboBox
     Accessible.name: label
     Accessible.description: displayText
-    Accessible.onPressAction: popup.open()
+    Accessible.onPressAction: {
+        forceActiveFocus(Qt.OtherFocusReason);
+        popup.open();
+    }
 
     contentItem: Text {
         leftPadding: root.mirrored ? Theme.scaled(13) + 7 : 0
@@ -68,6 +72,15 @@ T.ComboBox {
         highlighted: root.highlightedIndex === index
         Accessible.role: Accessible.ListItem
         Accessible.name: modelData
+        Accessible.focusable: true
+        Accessible.focused: root.popup.opened && highlighted
+        Accessible.selectable: true
+        Accessible.selected: index === root.currentIndex
+
+        onHighlightedChanged: {
+            if (highlighted && root.popup.opened)
+                Accessibility.moveTo(choice);
+        }
         Accessible.onPressAction: choice.clicked()
 
         contentItem: Item {
@@ -106,11 +119,20 @@ T.ComboBox {
         margins: 6
         padding: 5
 
+        // The keys go on to the button: it keeps the focus.
+        onOpened: Accessibility.moveTo(choices.currentItem)
+        onClosed: Accessibility.moveTo(root)
+        Component.onCompleted: contentItem.parent.Accessible.ignored = true // it is no dialog
+
         contentItem: ListView {
+            id: choices
+
             implicitHeight: contentHeight
             model: root.popup.visible ? root.delegateModel : null
             currentIndex: root.highlightedIndex
             interactive: false
+            Accessible.role: Accessible.List
+            Accessible.name: root.label
         }
         background: Rectangle {
             radius: 7

@@ -66,7 +66,12 @@ T.TabBar {
             text: modelData.text
             Accessible.role: Accessible.PageTab
             Accessible.name: text
-            Accessible.onPressAction: tab.checked = true
+            Accessible.selectable: true
+            Accessible.selected: checked
+            Accessible.onPressAction: {
+                forceActiveFocus(Qt.OtherFocusReason); // what had it on the other page goes
+                checked = true;
+            }
 
             implicitWidth: label.implicitWidth + 16
 

@@ -19,7 +19,7 @@ RowLayout {
     spacing: 4
 
     Accessible.role: Accessible.StaticText
-    Accessible.name: text
+    Accessible.name: Accessible.ignored ? "" : text // whose changes would be told too
 
     Symbol {
         visible: root.symbol !== ""

@@ -12,6 +12,7 @@ import Pixpress
 T.TextField {
     id: root
 
+    property string label: placeholderText ///< What is to be entered; for assistive technology.
     /// It holds something for machines, a key or a number of a colour, that is never mirrored.
     property bool isCode: false
 
@@ -32,7 +33,7 @@ T.TextField {
     LayoutMirroring.enabled: isCode ? false : undefined // as it is inherited
 
     Accessible.role: Accessible.EditableText
-    Accessible.name: placeholderText
+    Accessible.name: label
     Accessible.passwordEdit: echoMode === TextInput.Password
 
     background: Rectangle {

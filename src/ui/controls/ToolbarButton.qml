@@ -25,7 +25,7 @@ T.Button {
 
     Accessible.role: Accessible.Button
     Accessible.name: text
-    Accessible.description: help
+    Accessible.description: help === text ? "" : help
     Accessible.onPressAction: {
         if (enabled)
             clicked();
