@@ -487,5 +487,12 @@ mit der TinyPNG-API – bis zu 500 pro Monat kostenlos.</translation>
         <extracomment>What a file has become; with ← in languages that are written from right to left.</extracomment>
         <translation>→ %1</translation>
     </message>
+    <message numerus="yes">
+        <source>%n failed</source>
+        <translation>
+            <numerusform>%n fehlgeschlagen</numerusform>
+            <numerusform>%n fehlgeschlagen</numerusform>
+        </translation>
+    </message>
 </context>
 </TS>

@@ -487,5 +487,12 @@ con la API de TinyPNG: hasta 500 gratis al mes.</translation>
         <extracomment>What a file has become; with ← in languages that are written from right to left.</extracomment>
         <translation>→ %1</translation>
     </message>
+    <message numerus="yes">
+        <source>%n failed</source>
+        <translation>
+            <numerusform>%n con error</numerusform>
+            <numerusform>%n con error</numerusform>
+        </translation>
+    </message>
 </context>
 </TS>

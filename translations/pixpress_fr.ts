@@ -487,5 +487,12 @@ avec l’API TinyPNG — jusqu’à 500 gratuites par mois.</translation>
         <extracomment>What a file has become; with ← in languages that are written from right to left.</extracomment>
         <translation>→ %1</translation>
     </message>
+    <message numerus="yes">
+        <source>%n failed</source>
+        <translation>
+            <numerusform>%n en échec</numerusform>
+            <numerusform>%n en échec</numerusform>
+        </translation>
+    </message>
 </context>
 </TS>

@@ -485,5 +485,11 @@ using the TinyPNG API — up to 500 free per month.</source>
         <extracomment>What a file has become; with ← in languages that are written from right to left.</extracomment>
         <translation>→ %1</translation>
     </message>
+    <message numerus="yes">
+        <source>%n failed</source>
+        <translation>
+            <numerusform>%n件失敗</numerusform>
+        </translation>
+    </message>
 </context>
 </TS>

@@ -487,5 +487,12 @@ com a API do TinyPNG — até 500 grátis por mês.</translation>
         <extracomment>What a file has become; with ← in languages that are written from right to left.</extracomment>
         <translation>→ %1</translation>
     </message>
+    <message numerus="yes">
+        <source>%n failed</source>
+        <translation>
+            <numerusform>%n com falha</numerusform>
+            <numerusform>%n com falha</numerusform>
+        </translation>
+    </message>
 </context>
 </TS>
