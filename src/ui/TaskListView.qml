@@ -28,12 +28,7 @@ ColumnLayout {
 
     spacing: 0
 
-    Component.onCompleted: {
-        // The drop zone has gone. Where somebody is at work elsewhere, they stay.
-        if (!Window.activeFocusItem?.activeFocusOnTab)
-            takeFocus();
-        tellOutcome();
-    }
+    Component.onCompleted: tellOutcome()
 
     Connections {
         target: root.app.tasks

@@ -76,6 +76,8 @@ Item {
                     spacing: 0
 
                     Loader {
+                        id: dropZone
+
                         active: root.app.tasks.count === 0
                         visible: active
                         sourceComponent: DropZoneView {
@@ -91,6 +93,12 @@ Item {
 
                         app: root.app
                         view: "TaskListView"
+                        // Who was at work elsewhere stays there, also while another window, which
+                        // the files come from, is the active one.
+                        onLoaded: {
+                            if (dropZone.focus)
+                                list.item?.takeFocus();
+                        }
                         asynchronous: true // so that a drop of thousands does not hold the window up
                         active: root.app.tasks.count > 0
                         visible: active
