@@ -55,7 +55,7 @@ void WaylandTest::window_isThatOfTheApplication()
 {
     QCOMPARE(m_wayland->area(*m_program).size(), QSize(920, 620));
     const QJsonObject window = m_wayland->window(*m_program);
-    QCOMPARE(window.value(u"app_id"_s), u"pixpress-offline"_s); // by which its icon is found
+    QCOMPARE(window.value(u"app_id"_s), QStringLiteral(PIXPRESS_OFFLINE_ID)); // finds its icon
     QCOMPARE(window.value(u"name"_s), u"Pixpress"_s);
     m_desktop->press({u"ctrl+q"_s});
     QCOMPARE(m_program->exitStatus(), 0);
