@@ -22,6 +22,8 @@ namespace {
 constexpr auto ownerOnly = QFileDevice::ReadOwner | QFileDevice::WriteOwner;
 constexpr qint64 largestFile = 16 << 20;
 constexpr auto longestWait = 5s; // for another copy that is writing
+/// One that is killed as it takes the lock may leave one that names nobody. It counts no longer.
+constexpr auto longestHeld = 3s;
 
 struct Content
 {
@@ -101,6 +103,7 @@ std::expected<QJsonObject, QString> merge(const QString &path, const QJsonObject
 {
     QDir().mkpath(QFileInfo(path).absolutePath());
     QLockFile lock(path + u".lock"_s);
+    lock.setStaleLockTime(longestHeld);
     if (!lock.tryLock(longestWait))
         return failure(reason(lock));
 

@@ -70,6 +70,7 @@ private Q_SLOTS:
     void copiesThatWriteAtOnce_loseNothing();
     void keyOfAnotherCopy_isNotUndone();
     void killedCopy_leavesTheKey();
+    void lockThatNamesNobody_isPassed();
 
 private:
     QString filePath() const { return path(u"Pixpress/Pixpress.json"_s); }
@@ -368,6 +369,18 @@ void SettingsFaultsTest::killedCopy_leavesTheKey()
     UserSettings settings;
     settings.setValue(countEntry, 9); // past the lock that the killed one held, perhaps
     QCOMPARE(entries().value(countEntry), 9);
+}
+
+void SettingsFaultsTest::lockThatNamesNobody_isPassed()
+{
+    putFile(good);
+    QFile lock(filePath() + u".lock"_s);
+    QVERIFY(lock.open(QIODevice::WriteOnly | QIODevice::NewOnly));
+    lock.close();
+    UserSettings settings;
+    settings.setValue(countEntry, 9);
+    QCOMPARE(entries().value(countEntry), 9);
+    QCOMPARE(entries().value(u"pixpress_api_key"_s), u"secret"_s);
 }
 
 QTEST_GUILESS_MAIN(SettingsFaultsTest)
