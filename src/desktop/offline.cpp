@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
 #include "desktop/offlinesettings.h"
-#include "localservice/localservice.h"
+#include "late/builtinservice.h"
 #include "ui/application.h"
 
 using namespace pixpress;
@@ -14,9 +14,7 @@ int main(int argc, char *argv[])
     Application application(argc, argv);
 
     OfflineSettings settings;
-    LocalServiceConfig config;
-    config.key = [key = settings.key().toUtf8()] { return key; };
-    LocalService service(std::move(config));
+    BuiltInService service([key = settings.key().toUtf8()] { return key; });
     if (const auto started = service.start(); !started)
         qFatal("The compression service does not start: %s", qUtf8Printable(started.error()));
     return application.run(settings, ServiceConfig::builtIn(service.baseURL()));

@@ -60,13 +60,12 @@ ConnectionServer::ConnectionServer(const ConnectionLimits &limits) : m_limits(li
     // Only what answers announce; how long connections stay open is decided here.
     set_keep_alive_timeout(limits.silence / std::chrono::seconds(1));
     set_keep_alive_max_count(1'000'000);
-    // By default the library lets other processes share the port.
-    set_socket_options([](socket_t) {});
     new_task_queue = [this] { return new Workers(*this); };
 }
 
-void ConnectionServer::run()
+void ConnectionServer::run(int listener)
 {
+    svr_sock_ = listener; // as the library's own binding does
     listen_after_bind();
     const std::lock_guard lock(m_mutex);
     m_ended = true;

@@ -29,8 +29,9 @@ class ConnectionServer final : public httplib::Server
 public:
     explicit ConnectionServer(const ConnectionLimits &limits);
 
-    /// Listens until stop(), on the calling thread.
-    void run();
+    /// Accepts the connections of this listening socket, which it closes in the end, until stop().
+    /// On the calling thread.
+    void run(int listener);
 
     /// Ends run(), from another thread, and every connection: a handler that reads a body or writes
     /// an answer fails soon, one that computes is waited for by run(). Waits for none of them.

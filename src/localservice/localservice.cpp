@@ -70,12 +70,17 @@ LocalService::~LocalService()
 
 std::expected<void, QString> LocalService::start()
 {
-    const int port = d->server.bind_to_any_port("127.0.0.1");
-    if (port <= 0)
-        return std::unexpected(u"The built-in service cannot listen on this machine."_s);
-    d->handler.setPort(port);
-    d->listener = std::thread([this] { d->server.run(); });
+    auto listener = Listener::open();
+    if (!listener)
+        return std::unexpected(listener.error());
+    start(std::move(*listener));
     return {};
+}
+
+void LocalService::start(Listener listener)
+{
+    d->handler.setPort(listener.address().port());
+    d->listener = std::thread([this, socket = listener.release()] { d->server.run(socket); });
 }
 
 QUrl LocalService::baseURL() const

@@ -3,6 +3,8 @@
 
 #pragma once
 
+#include "localservice/listener.h"
+
 #include <QByteArray>
 #include <QString>
 #include <QUrl>
@@ -72,8 +74,10 @@ public:
     LocalService(const LocalService &) = delete;
     LocalService &operator=(const LocalService &) = delete;
 
-    /// Begins to listen; call it once. Fails when the system gives no port.
+    /// Begins to serve: connections to a free port, or those that a listener has and will get. Call
+    /// one of them, once. Fails when the system gives no port.
     std::expected<void, QString> start();
+    void start(Listener listener);
 
     /// "http://127.0.0.1:PORT", without a slash at its end. Valid once started.
     QUrl baseURL() const;

@@ -16,8 +16,13 @@
 #include <expected>
 #include <memory>
 #include <optional>
+#include <thread>
+#include <utility>
+#include <vector>
 
 namespace pixpress {
+
+class HttpWorker;
 
 struct HttpLimits
 {
@@ -51,9 +56,6 @@ struct HttpResponse
 
 using HttpResult = std::expected<HttpResponse, TransportError>;
 
-/// Whether a request may go to this address: https, or plain http to this machine.
-bool isAllowedAddress(const QUrl &url);
-
 /// Sends HTTP requests over connections that it keeps alive, any number at a time.
 ///
 /// TLS is verified. Plain http is refused unless the host is this machine, also when a redirect
@@ -76,13 +78,19 @@ public:
     Reply send(HttpRequest request);
 
 private:
-    class Worker;
-
+    void start(quint64 id, HttpRequest request);
+    void beginEarly();
     void deliver();
+    void finish(quint64 id, HttpResult result);
 
-    std::unique_ptr<Worker> m_worker;
+    const HttpLimits m_limits;
     QHash<quint64, Reply *> m_waiting; // in the frames of the coroutines that await them
     quint64 m_lastId = 0;
+
+    std::unique_ptr<HttpWorker> m_worker; ///< Made for the first request, by m_making.
+    std::vector<std::pair<quint64, HttpRequest>> m_early; ///< What has come meanwhile.
+    std::expected<std::unique_ptr<HttpWorker>, TransportError> m_made;
+    std::thread m_making;
 };
 
 /// What a coroutine awaits to get an HttpResult. It must be awaited, once, on the client's thread.

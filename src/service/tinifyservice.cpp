@@ -3,7 +3,7 @@
 
 #include "service/tinifyservice.h"
 
-#include "service/transfer.h"
+#include "service/address.h"
 
 #include <QJsonDocument>
 

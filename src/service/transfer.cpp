@@ -3,6 +3,7 @@
 
 #include "service/transfer.h"
 
+#include "service/address.h"
 #include "service/hugepages.h"
 
 #include <algorithm>
@@ -94,12 +95,6 @@ curl_slist *append(curl_slist *list, const QByteArray &line)
 }
 
 } // namespace
-
-TransportError refusedAddress()
-{
-    return {TransportError::Case::refusedAddress,
-            u"The server named an address that is not secure, so nothing was sent there."_s};
-}
 
 EasyHandle Transfer::makeHandle(const HttpLimits &limits, OpenSockets &sockets)
 {

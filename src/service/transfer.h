@@ -14,9 +14,6 @@
 
 namespace pixpress {
 
-/// The error of a request to an address that isAllowedAddress() refuses.
-TransportError refusedAddress();
-
 template <auto cleanup>
 struct Cleanup
 {

@@ -25,7 +25,7 @@ const QString colourScheme = u"color-scheme"_s; // 0 no preference, 1 dark, 2 li
 const QString contrast = u"contrast"_s;         // 0 no preference, 1 high
 const QString gnomeGroup = u"org.gnome.desktop.interface"_s;
 const QString animations = u"enable-animations"_s;
-const QString textScale = u"text-scaling-factor"_s;
+const QString textScalingFactor = u"text-scaling-factor"_s;
 const QString gnomeAccessGroup = u"org.gnome.desktop.a11y.interface"_s;
 const QString gnomeHighContrast = u"high-contrast"_s;
 
@@ -98,7 +98,7 @@ bool DesktopSettings::take(const QString &group, const QString &name, const QVar
         m_preferences.highContrast = plain.toUInt() == 1;
     } else if (group == gnomeGroup && name == animations) {
         m_preferences.reducedMotion = !plain.toBool();
-    } else if (group == gnomeGroup && name == textScale) {
+    } else if (group == gnomeGroup && name == textScalingFactor) {
         m_preferences.textScale = plain.toDouble();
     } else if (group == gnomeAccessGroup && name == gnomeHighContrast) {
         m_gnomeHighContrast = plain.toBool();

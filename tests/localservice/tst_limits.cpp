@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
 #include "localservice/connections.h"
+#include "localservice/listener.h"
 
 #include "peer.h"
 
@@ -57,8 +58,9 @@ public:
         m_server.Post("/", [](const auto &request, auto &response) {
             response.set_content(std::to_string(request.body.size()), "text/plain");
         });
-        m_port = m_server.bind_to_any_port("127.0.0.1");
-        m_thread = std::thread([this] { m_server.run(); });
+        auto listener = Listener::open();
+        m_base = listener->address();
+        m_thread = std::thread([this, socket = listener->release()] { m_server.run(socket); });
     }
     ~Server()
     {
@@ -67,7 +69,7 @@ public:
         m_thread.join();
     }
 
-    QUrl base() const { return QUrl(QStringLiteral("http://127.0.0.1:%1").arg(m_port)); }
+    QUrl base() const { return m_base; }
     bool waitUntilEntered() { return m_entered.try_acquire_for(30s); }
     void release() { m_released.release(); }
 
@@ -75,7 +77,7 @@ private:
     ConnectionServer m_server;
     std::counting_semaphore<> m_entered{0};
     std::counting_semaphore<> m_released{0};
-    int m_port = 0;
+    QUrl m_base;
     std::thread m_thread;
 };
 

@@ -3,6 +3,8 @@
 
 #include "pipeline/heldtransport.h"
 
+#include "service/httpworker.h"
+
 #include <QList>
 
 #include <functional>
@@ -16,7 +18,7 @@ namespace {
 
 struct Held
 {
-    const void *client = nullptr;
+    const void *worker = nullptr;
     bool upload = false;
     std::function<void(HttpResult)> end;
 };
@@ -68,32 +70,39 @@ namespace pixpress {
 
 using namespace test;
 
-class HttpClient::Worker
+namespace {
+
+class HeldWorker final : public HttpWorker
 {
 public:
-    explicit Worker(HttpClient &client) : m_client(client) {}
-    ~Worker()
+    explicit HeldWorker(std::function<void()> onFinished) : m_onFinished(std::move(onFinished)) {}
+    ~HeldWorker() override
     {
-        held::unanswered.removeIf([this](const auto &entry) { return entry.client == &m_client; });
+        held::unanswered.removeIf([this](const auto &entry) { return entry.worker == this; });
     }
 
-    void start(quint64 id, const HttpRequest &request)
+    void start(quint64 id, HttpRequest request) override
     {
         held::all.append(held::toText(request));
-        held::unanswered.append({.client = &m_client,
+        held::unanswered.append({.worker = this,
                                  .upload = request.url.path() == u"/shrink",
                                  .end = [this, id](HttpResult result) {
-                                     m_finished = {id, std::move(result)};
-                                     m_client.deliver();
+                                     m_finished.emplace_back(id, std::move(result));
+                                     m_onFinished();
                                  }});
     }
 
-    std::pair<quint64, HttpResult> takeFinished() { return std::move(m_finished); }
+    std::vector<std::pair<quint64, HttpResult>> takeFinished() override
+    {
+        return std::exchange(m_finished, {});
+    }
 
 private:
-    HttpClient &m_client;
-    std::pair<quint64, HttpResult> m_finished;
+    const std::function<void()> m_onFinished;
+    std::vector<std::pair<quint64, HttpResult>> m_finished;
 };
+
+} // namespace
 
 std::optional<QByteArray> HttpResponse::header(const QByteArray &lowerCaseName) const
 {
@@ -101,12 +110,10 @@ std::optional<QByteArray> HttpResponse::header(const QByteArray &lowerCaseName) 
     return found == headers.cend() ? std::nullopt : std::optional(*found);
 }
 
-bool isAllowedAddress(const QUrl & /*url*/)
+HttpClient::HttpClient(HttpLimits /*limits*/)
+    : m_worker(std::make_unique<HeldWorker>([this] { deliver(); }))
 {
-    return true;
 }
-
-HttpClient::HttpClient(HttpLimits /*limits*/) : m_worker(std::make_unique<Worker>(*this)) {}
 
 HttpClient::~HttpClient()
 {
@@ -125,10 +132,11 @@ HttpClient::Reply HttpClient::send(HttpRequest request)
 
 void HttpClient::deliver()
 {
-    auto [id, result] = m_worker->takeFinished();
-    Reply *const reply = m_waiting.take(id);
-    reply->m_result = std::move(result);
-    reply->m_coroutine.resume();
+    for (auto &[id, result] : m_worker->takeFinished()) {
+        Reply *const reply = m_waiting.take(id);
+        reply->m_result = std::move(result);
+        reply->m_coroutine.resume();
+    }
 }
 
 HttpClient::Reply::Reply(HttpClient &client, HttpRequest request)
@@ -146,7 +154,7 @@ void HttpClient::Reply::await_suspend(std::coroutine_handle<> waiting)
     m_coroutine = waiting;
     const quint64 id = ++m_client.m_lastId;
     m_client.m_waiting.insert(id, this);
-    m_client.m_worker->start(id, m_request);
+    m_client.m_worker->start(id, std::move(m_request));
 }
 
 } // namespace pixpress
