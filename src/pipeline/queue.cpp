@@ -87,7 +87,8 @@ void CompressionQueue::processNext()
         return;
     const auto apiKey = KeychainHelper::loadAPIKey(m_settings);
     if (!apiKey) {
-        setStatus(index, status::Failed{u"No API key configured"_s});
+        const TinifyError error{TinifyError::Case::noAPIKey};
+        setStatus(index, status::Failed{error.errorDescription()});
         return;
     }
     if (m_quotaTracker && m_quotaTracker->currentCount() >= m_quotaTracker->monthlyLimit) {
