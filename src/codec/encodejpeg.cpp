@@ -6,7 +6,6 @@
 #include "codec/jpegerrors.h"
 #include "codec/jpegoutput.h"
 
-#include <cstdlib>
 #include <iterator>
 #include <numeric>
 

@@ -8,7 +8,6 @@
 
 #include <QByteArray>
 
-#include <expected>
 #include <optional>
 
 namespace pixpress {
