@@ -9,11 +9,9 @@
 #include <curl/curl.h>
 
 #include <QElapsedTimer>
-#include <QFile>
 
 #include <cerrno>
 #include <fcntl.h>
-#include <memory>
 #include <sys/stat.h>
 #include <unistd.h>
 

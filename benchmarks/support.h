@@ -13,7 +13,7 @@
 #include <stdexcept>
 #include <vector>
 
-/// What the benchmarks of the pipeline share. They give up by throwing Failure, so that servers and
+/// What the benchmarks share. They give up by throwing Failure, so that servers and
 /// temporary files are gone when the program ends.
 namespace bench {
 
@@ -68,7 +68,7 @@ private:
     QTemporaryDir m_folder;
 };
 
-/// The server, in a process of its own.
+/// bench_server, in a process of its own that ends with this object.
 class Server
 {
 public:

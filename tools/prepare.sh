@@ -1,7 +1,7 @@
 # SPDX-FileCopyrightText: 2026 The Pixpress authors
 # SPDX-License-Identifier: GPL-3.0-or-later
 
-# What ./run, ./test and ./bench share: find the root, install what is missing, build a preset.
+# What ./run, ./test, ./bench and tools/ share: find the root, install what is missing, build a preset.
 # Source it; it changes into the project's root and remembers the caller's folder in $caller.
 
 set -euo pipefail
@@ -21,7 +21,7 @@ build_packages=(
 )
 test_packages=(
     clang-19 clang-tidy-19 clang-format-19 libclang-rt-19-dev
-    openssl libimage-exiftool-perl librapidcheck-dev
+    openssl librapidcheck-dev
     qml6-module-qttest qml6-module-qtqml-models qt6-declarative-dev-tools fonts-droid-fallback
     xvfb xauth openbox sway xdotool dbus at-spi2-core libgl1-mesa-dri libxcb1-dev
     qml6-module-qt-labs-platform
@@ -46,10 +46,10 @@ This is not Debian or Ubuntu, so nothing is installed. To build, install
   and for the window the fonts Inter, JetBrains Mono and Noto Color Emoji.
 For ./test also
   Clang 19 with libFuzzer, clang-format 19, clang-tidy 19, the sanitizers' libraries of the
-  compiler, OpenSSL's command,
-  RapidCheck;
-  a font with Chinese and Japanese; Qt Quick Test, Qt Labs Platform, qmllint; and for the tests of the desktop, on Linux,
-  Xvfb, xauth, openbox, sway, xdotool, dbus-daemon, at-spi2-core, Mesa's software renderer, libxcb.
+  compiler, OpenSSL's command, RapidCheck;
+  a font with Chinese and Japanese; Qt Quick Test, Qt Labs Platform, qmllint; and for the tests of
+  the desktop, on Linux, Xvfb, xauth, openbox, sway, xdotool, dbus-daemon, at-spi2-core, Mesa's
+  software renderer, libxcb.
 For ./bench also
   pngquant, jpegoptim, cwebp, avifenc, butteraugli_main (libjxl), converseen,
   Xvfb, openbox, dbus-daemon, Mesa's software renderer, libxcb.

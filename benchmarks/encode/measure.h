@@ -5,9 +5,7 @@
 
 #include "model/formats.h"
 
-#include <QByteArray>
 #include <QString>
-#include <QStringList>
 #include <QTemporaryDir>
 
 #include <stdexcept>

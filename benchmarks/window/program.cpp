@@ -6,7 +6,7 @@
 #include "../support.h"
 
 #include <QDir>
-#include <QFileInfo>
+#include <QFile>
 
 using namespace Qt::StringLiterals;
 

@@ -26,7 +26,6 @@ namespace pixpress::cli {
 
 namespace {
 
-constexpr int failedStatus = 1;
 constexpr int usageStatus = 2;
 constexpr int interruptedStatus = 130;
 
@@ -78,7 +77,7 @@ int runLocally(QCoreApplication &app, const Arguments &arguments)
     LocalService service(std::move(config));
     if (const auto started = service.start(); !started) {
         print(stderr, u"pixpress-cli: %1\n"_s.arg(started.error()));
-        return failedStatus;
+        return EXIT_FAILURE;
     }
     CompressionQueue queue(settings, ServiceConfig::builtIn(service.baseURL()));
     return run(app, arguments, queue);

@@ -28,7 +28,8 @@ struct NothingToRun
     QString text;
 };
 
-/// Reads a command line, whose first element is the program's name.
+/// Reads a command line, whose first element is the program's name. Does not look at the
+/// files; the folder of --output has to exist.
 std::expected<Arguments, NothingToRun> parseArguments(const QStringList &commandLine);
 
 } // namespace pixpress::cli

@@ -10,7 +10,7 @@
 #include <string>
 
 /// Texts measured as a terminal shows them: most characters of East Asian scripts take two columns,
-/// combining ones none.
+/// combining ones none. The C library knows that by its locale, which has to be one of UTF-8.
 namespace pixpress::cli {
 
 inline qsizetype columnsOf(char32_t character)

@@ -11,7 +11,7 @@ namespace pixpress::cli {
 
 /// Calls `stop` on the thread of `context`, from its event loop, when the process is asked to end
 /// (Ctrl-C, kill, a closed terminal), except by signals that it was started to ignore. What that
-/// thread is writing at the moment is finished first.
+/// thread is writing at the moment is finished first. To be called once.
 void onInterrupt(QObject *context, std::function<void()> stop);
 
 } // namespace pixpress::cli

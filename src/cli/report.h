@@ -21,16 +21,16 @@ public:
     /// `names` are the files that will be reported, for lining up the columns.
     Report(bool json, const QStringList &names);
 
-    /// A file that no task was made for.
+    /// A file that no task was made for; on standard error, but for JSON.
     void skipped(const QString &file);
     /// A task that has completed or failed.
     void ended(const CompressionTask &task);
-    /// Draws the progress line; does nothing when the output is no terminal.
-    /// `running` are indexes of `tasks`.
+    /// Draws the progress line; does nothing when the output is no terminal. `running` are indexes
+    /// of `tasks`.
     void progress(const QList<CompressionTask> &tasks, const std::set<qsizetype> &running,
                   qsizetype endedCount);
-    void total();
-    void interrupted();
+    void total();       ///< Of what has ended; nothing in JSON.
+    void interrupted(); ///< On standard error.
 
     bool anyFailed() const { return m_failed > 0; }
 

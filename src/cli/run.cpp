@@ -5,6 +5,8 @@
 
 #include <QFileInfo>
 
+#include <cstdlib>
+
 namespace pixpress::cli {
 
 namespace {
@@ -70,7 +72,7 @@ void Run::goOn()
     if (m_ended == m_queue.tasks().size()) {
         m_finished = true;
         m_report.total();
-        Q_EMIT finished(m_report.anyFailed() || m_ended == 0 ? 1 : 0);
+        Q_EMIT finished(m_report.anyFailed() || m_ended == 0 ? EXIT_FAILURE : EXIT_SUCCESS);
         return;
     }
     // A task that was refused, for want of a key or of quota, does not start the next one.

@@ -22,7 +22,9 @@ public:
     /// Both outlive the run.
     Run(const Arguments &arguments, CompressionQueue &queue);
 
+    /// Adds the files. The queue needs an event loop to go on.
     void start();
+    /// Says that the process is being ended, and how that leaves the files.
     void interrupt();
 
 Q_SIGNALS:

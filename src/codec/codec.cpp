@@ -69,7 +69,7 @@ std::expected<Opened, CodecError> open(const QByteArray &original, qint64 maxPix
     }
 }
 
-/// The sides that a format can store.
+/// The longest side of a result in this format, in pixels.
 qint64 maxSideOf(ImageFormat format)
 {
     return format == ImageFormat::webp ? 16'383 : maxSide;

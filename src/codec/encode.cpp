@@ -4,6 +4,7 @@
 #include "codec/encode.h"
 
 #include "codec/metadata.h"
+#include "codec/vipslibrary.h"
 
 namespace pixpress {
 
@@ -16,15 +17,6 @@ constexpr qint64 megapixels = 1'000'000;
 qint64 pixelsOf(const VImage &image)
 {
     return static_cast<qint64>(image.width()) * image.height();
-}
-
-QByteArray taken(VipsBlob *blob)
-{
-    size_t size = 0;
-    const void *bytes = vips_blob_get(blob, &size);
-    QByteArray result(static_cast<const char *>(bytes), static_cast<qsizetype>(size));
-    vips_area_unref(reinterpret_cast<VipsArea *>(blob));
-    return result;
 }
 
 vips::VOption *saveOptions(const VImage &image)

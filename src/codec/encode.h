@@ -10,7 +10,9 @@
 #include <atomic>
 
 /// From pixels to the bytes of a file. `image` holds what decodePicture() returns; the metadata
-/// that it carries is written. The functions throw vips::VError.
+/// that it carries is written. The functions throw vips::VError. Once `stopped` is raised they end
+/// early, but for the AV1 encoder and the last passes over a JPEG, and what they return is not to
+/// be used.
 namespace pixpress {
 
 QByteArray encodePicture(const vips::VImage &image, ImageFormat format,

@@ -6,7 +6,6 @@
 #include "codec/jpegerrors.h"
 #include "codec/jpegoutput.h"
 
-#include <cstdlib>
 #include <iterator>
 #include <numeric>
 
@@ -42,13 +41,12 @@ public:
         jpeg_destroy_decompress(&m_source);
     }
 
-    /// Each of these ends early after an error, and then leaves no bytes.
-    void check();
-    void repack();
-    void reduce();
+    // One of them, once. Each ends early after an error, and then leaves no bytes.
+    void check();  ///< Reads all, to learn of damage.
+    void repack(); ///< Packs the same pixels better, without loss.
+    void reduce(); ///< Encodes at jpegQuality, unless it is compressed as much already.
 
     bool isDamaged() const { return m_errors.isDamaged; }
-    bool isCompressed() const { return m_isCompressed; }
     QByteArray bytes() const { return m_isComplete ? m_output.bytes() : QByteArray(); }
 
 private:
@@ -68,7 +66,7 @@ private:
     jpeg_compress_struct m_target{};
     JpegOutput m_output;
     bool m_isComplete = false;
-    bool m_isCompressed = false;
+    bool m_isCompressed = false; ///< At jpegQuality or below already.
 };
 
 void Recompression::open()

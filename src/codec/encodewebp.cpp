@@ -5,6 +5,7 @@
 
 #include "codec/metadata.h"
 #include "codec/strip.h"
+#include "codec/vipslibrary.h"
 
 #include <webp/encode.h>
 
@@ -89,13 +90,8 @@ QByteArray encodeStill(const VImage &image, const std::atomic_bool &stopped)
 
 QByteArray encodeAnimation(const VImage &image)
 {
-    VipsBlob *blob =
-        image.webpsave_buffer(VImage::option()->set("Q", quality)->set("effort", effortFor(image)));
-    size_t size = 0;
-    const void *bytes = vips_blob_get(blob, &size);
-    QByteArray result(static_cast<const char *>(bytes), static_cast<qsizetype>(size));
-    vips_area_unref(reinterpret_cast<VipsArea *>(blob));
-    return result;
+    return taken(image.webpsave_buffer(
+        VImage::option()->set("Q", quality)->set("effort", effortFor(image))));
 }
 
 } // namespace

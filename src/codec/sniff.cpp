@@ -6,6 +6,8 @@
 #include <QByteArrayView>
 #include <QtEndian>
 
+#include <algorithm>
+
 namespace pixpress {
 
 namespace {

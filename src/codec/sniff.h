@@ -8,7 +8,6 @@
 
 #include <QByteArray>
 
-#include <expected>
 #include <optional>
 
 namespace pixpress {
@@ -25,8 +24,9 @@ struct Sniffed
 /// The format by content, never by name; none when it is not one of the four.
 std::optional<Sniffed> sniff(const QByteArray &bytes);
 
-/// The size that a PNG states in its header. Read here because libpng refuses sizes above its own
-/// limit as damage, where a person should hear that the picture is too large.
+/// The size that a PNG states in its header; none when that is not there. Read here because libpng
+/// refuses sizes above its own limit as damage, where a person should hear that the picture is too
+/// large.
 std::optional<PixelSize> statedPngSize(const QByteArray &bytes);
 
 } // namespace pixpress

@@ -13,7 +13,8 @@ namespace pixpress {
 
 /// The file with its picture as it is stored, and of all else only what decides how that looks
 /// (such as its colour profile) and `exif`, which may be empty. No part that is unknown gets
-/// through. None when the file is not built as its format demands.
+/// through. None when the file is not built as its format demands, or has no room for `exif`, which
+/// is a block as preservedExif() makes it.
 std::optional<QByteArray> stripped(const QByteArray &file, ImageFormat format,
                                    const QByteArray &exif);
 

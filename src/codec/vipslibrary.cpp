@@ -49,6 +49,15 @@ void useAllThreads(vips::VImage &pixels)
                std::max(1, static_cast<int>(std::thread::hardware_concurrency())));
 }
 
+QByteArray taken(VipsBlob *blob)
+{
+    size_t size = 0;
+    const void *bytes = vips_blob_get(blob, &size);
+    QByteArray result(static_cast<const char *>(bytes), static_cast<qsizetype>(size));
+    vips_area_unref(reinterpret_cast<VipsArea *>(blob));
+    return result;
+}
+
 void stopWith(vips::VImage &image, const std::atomic_bool &stopped)
 {
     vips_image_set_progress(image.get_image(), TRUE);

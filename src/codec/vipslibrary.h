@@ -3,6 +3,8 @@
 
 #pragma once
 
+#include <QByteArray>
+
 #include <vips/vips8>
 
 #include <atomic>
@@ -20,6 +22,9 @@ void startVips();
 /// Lets as many threads as there are cores work at what is made from these pixels, which are in
 /// memory.
 void useAllThreads(vips::VImage &pixels);
+
+/// A copy of what libvips has written to memory, which is freed.
+QByteArray taken(VipsBlob *blob);
 
 /// Ends the evaluation of `image` and of all that is made from it soon after `stopped` is raised;
 /// the evaluation then fails with a VError. `stopped` must outlive the image.

@@ -47,7 +47,7 @@ concept ClosedSet = std::same_as<E, ImageFormat> || std::same_as<E, ResizeMode> 
 template <typename E>
 concept SerialisableSet = ClosedSet<E> && !std::same_as<E, OutputDestination>;
 
-/// All cases in the order in which every picker shows them.
+/// All cases in the order in which every picker shows them, which is that of their declaration.
 template <ClosedSet E>
 constexpr auto allCases()
 {
@@ -68,6 +68,7 @@ std::optional<E> fromRawValue(QStringView text)
     return std::nullopt;
 }
 
+/// What lists key a row by: the raw value.
 template <ClosedSet E>
 QString id(E value)
 {
@@ -80,6 +81,7 @@ QJsonValue encode(E value)
     return rawValue(value);
 }
 
+/// Case-sensitive, as fromRawValue().
 template <SerialisableSet E>
 std::expected<E, DecodingError> decode(const QJsonValue &json)
 {
@@ -103,7 +105,8 @@ inline size_t qHash(OutputDestination value, size_t seed = 0)
     return ::qHash(rawValue(value), seed);
 }
 
-/// The extension, lower case and without a dot, that a file converted to `format` gets.
+/// The extension, lower case and without a dot, that a file converted to `format` gets: the
+/// commonest, where there are two.
 QString fileExtension(ImageFormat format);
 
 /// The lower-case extensions of the files that are accepted. Made once, safe from any thread.

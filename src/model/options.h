@@ -13,7 +13,7 @@
 namespace pixpress {
 
 /// Everything that a person can set for a compression. The application state holds one that the
-/// options panel edits; every task holds the copy that was current when it was added.
+/// options panel edits; every task holds the copy that was current when it was added or retried.
 struct CompressionOptions
 {
     bool resizeEnabled = false;
@@ -26,7 +26,8 @@ struct CompressionOptions
     bool preserveCreation = false;
     bool preserveLocation = false;
     OutputDestination outputDestination = OutputDestination::alongside;
-    std::optional<QUrl> customFolderURL = {}; ///< The folder of OutputDestination::customFolder.
+    /// The folder of OutputDestination::customFolder; without one the source's own.
+    std::optional<QUrl> customFolderURL = {};
     QString backgroundColor = QStringLiteral("#ffffff"); ///< "#rrggbb"; fills transparency.
 
     bool operator==(const CompressionOptions &) const = default;

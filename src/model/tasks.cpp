@@ -9,6 +9,17 @@
 
 namespace pixpress {
 
+namespace {
+
+/// A list of thousands is made while the window waits, so what is rarely needed is left out.
+QString lastComponent(const QUrl &url)
+{
+    const QString name = url.fileName();
+    return name.isEmpty() ? url.adjusted(QUrl::StripTrailingSlash).fileName() : name;
+}
+
+} // namespace
+
 qint64 CompressionResult::savingsPercentage() const
 {
     if (originalSize < 1)
@@ -32,13 +43,6 @@ bool hasEnded(const TaskStatus &status)
 {
     return std::holds_alternative<status::Completed>(status) ||
            std::holds_alternative<status::Failed>(status);
-}
-
-/// A list of thousands is made while the window waits, so what is rarely needed is left out.
-static QString lastComponent(const QUrl &url)
-{
-    const QString name = url.fileName();
-    return name.isEmpty() ? url.adjusted(QUrl::StripTrailingSlash).fileName() : name;
 }
 
 CompressionTask::CompressionTask(const QUrl &sourceURL, const CompressionOptions &options)

@@ -24,12 +24,12 @@ struct CompressionResult
     QString outputType = {};   ///< MIME type, as the service reported it.
     qint64 width = 0;          ///< Pixels, as the service reported them.
     qint64 height = 0;         ///< Pixels, as the service reported them.
-    QDateTime timestamp = {};  ///< When the result was made.
+    QDateTime timestamp = {};  ///< When the result was made, in local time.
 
     bool operator==(const CompressionResult &) const = default;
 
     /// Whole percent saved, truncated toward zero; negative when the output is larger, 0 when the
-    /// original size is not known.
+    /// original size is not known. Sizes so absurd that it would not fit end the process.
     qint64 savingsPercentage() const;
 };
 

@@ -41,18 +41,20 @@ struct PictureInfo
     PixelSize frame;       ///< As stored, before the orientation is applied.
     qint64 frameCount = 1; ///< Above 1 only for an animated WebP.
 
+    /// Of all frames.
     qint64 pixels() const { return frame.width * frame.height * frameCount; }
 };
 
+/// A picture as a file.
 struct Encoded
 {
     QByteArray bytes;
     ImageFormat format = ImageFormat::png;
-    PixelSize size;
+    PixelSize size; ///< Of a frame.
 };
 
 /// Reads the header only; refuses what the codec cannot treat without loss, and more than
-/// `maxPixels` pixels over all frames.
+/// `maxPixels` pixels over all frames. May be called from several threads.
 std::expected<PictureInfo, CodecError> inspect(const QByteArray &original, qint64 maxPixels);
 
 /// Makes the picture smaller. Blocks for as long as that takes, on as many cores as there are; may

@@ -10,6 +10,7 @@
 /// Where the pixels of a resized picture come from, in whole numbers only.
 namespace pixpress {
 
+/// In pixels.
 struct PixelSize
 {
     qint64 width = 0;
@@ -18,6 +19,7 @@ struct PixelSize
     bool operator==(const PixelSize &) const = default;
 };
 
+/// What a request asks for, in pixels. A side that is not given is the source's.
 struct ResizeRequest
 {
     ResizeMode method = ResizeMode::fit;
@@ -36,8 +38,8 @@ struct ResizePlan
     bool operator==(const ResizePlan &) const = default;
 };
 
-/// The plan for a picture of `source` pixels. No side is ever shorter than a pixel, and the side
-/// that follows from the proportions is rounded to the nearest one.
+/// The plan for a picture of this size, which has at least one pixel. No side is ever shorter than
+/// a pixel, and the side that follows from the proportions is rounded to the nearest one.
 ///
 /// - scale: the side that was given decides. Both given, as the program's own client sends it when
 ///   both are set: like fit, for this is what keeps the proportions and exceeds neither.

@@ -40,10 +40,12 @@ struct RequestOptions
     bool operator==(const RequestOptions &) const = default;
 };
 
-/// The longest side that can be asked for. No format here stores more.
+/// The longest side of a result, in pixels, and so the longest that can be asked for: no JPEG has
+/// a longer one. A PNG could.
 inline constexpr qint64 maxSide = 65'535;
 
-/// Reads the JSON body of a request. The error is a sentence that names the fault.
+/// Reads the JSON body of a request, in which unknown members are faults. The error is a sentence
+/// that names the first fault.
 std::expected<RequestOptions, QString> parseRequestOptions(const QByteArray &body);
 
 } // namespace pixpress

@@ -59,7 +59,7 @@ public:
 
     /// Never goes back to false while the process runs.
     bool isAPIKeyConfigured() const { return m_isAPIKeyConfigured; }
-    /// Stores a key that the service has accepted, unchanged.
+    /// Stores the key as it is. Whether the service accepts it is for the caller to know.
     Q_INVOKABLE void saveAPIKey(const QString &key);
 
     /// Lets the user pick files and adds those of a supported extension with the current options.

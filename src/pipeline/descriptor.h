@@ -13,8 +13,8 @@ namespace pixpress {
 
 /// An open file of the system, closed with this object. Every call is one that QFile would make,
 /// but each failure of the disk is told (QFile takes some for the end of the file), and the file
-/// that is looked at is the one that was opened. Errors are values of
-/// errno, or notAFile.
+/// that is looked at is the one that was opened. Errors are values of errno, or notAFile. All calls
+/// wait for the disk.
 class Descriptor
 {
 public:
@@ -23,7 +23,8 @@ public:
 
     static constexpr int notAFile = -1;
 
-    /// Never waits for the other end of a pipe. `flags` are those of open(2).
+    /// Never waits for the other end of a pipe. `flags` are those of open(2); a file that is made
+    /// has the permissions that the umask leaves.
     static Result<Descriptor> open(const QString &path, int flags);
     /// A new file in a folder, to be written. It has no name, and is gone when it gets none before
     /// it is closed or the process ends, however that ends. Not every file system can do this.
@@ -42,15 +43,16 @@ public:
     /// In bytes; fails with notAFile for what is no regular file, such as a folder or a pipe.
     Result<qint64> size() const;
 
-    /// What is between the start and the end.
+    /// All of it, wherever the file's offset stands. Fails with notAFile as size() does.
     Result<QByteArray> readAll();
-    /// Writes from the start on. `written` tells how much, also after an error.
+    /// Writes from the start on. `written` tells how many bytes, also after an error.
     Result<> writeAll(const QByteArray &bytes, qint64 &written);
     /// Gives an unnamed file its name; never that of something that is there.
     Result<> giveName(const QString &path);
     /// Makes sure that the file system has room for so many bytes of this file. Where the system
     /// knows no better, the file grows to that size.
     Result<> reserve(qint64 size);
+    /// Cuts the file to so many bytes, or fills it up with zeros.
     Result<> resize(qint64 size);
     /// Returns when the data is on the disk.
     Result<> sync();

@@ -11,14 +11,15 @@
 
 #include <expected>
 
-/// What the queue does on the disk. Errors are sentences for the user.
+/// What the queue does on the disk, on the calling thread. Errors are sentences for the user.
 namespace pixpress {
 
 /// The whole content of a regular file; pipes, devices and folders are refused.
 std::expected<QByteArray, QString> readFile(const QUrl &source);
 
 /// Writes the output of a source file to where the options say; returns where that is. Copies get
-/// the first free name: they never replace a file, not even one that appears meanwhile.
+/// the first free name: they never replace a file, not even one that appears meanwhile. What
+/// replaces a file is written as by writeFile().
 std::expected<QUrl, QString> writeOutput(const QUrl &source, const CompressionOptions &options,
                                          const QByteArray &bytes);
 

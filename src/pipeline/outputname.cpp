@@ -3,8 +3,6 @@
 
 #include "pipeline/outputname.h"
 
-#include <utility>
-
 using namespace Qt::StringLiterals;
 
 namespace pixpress {

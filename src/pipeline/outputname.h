@@ -10,7 +10,8 @@
 
 namespace pixpress {
 
-/// Where the output of a file goes. Does not look at the disk.
+/// Where the output of a file goes. Does not look at the disk. The source must be a local file;
+/// without a folder chosen, or with one that is not of this machine, its own folder is taken.
 class OutputName
 {
 public:

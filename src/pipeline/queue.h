@@ -56,7 +56,8 @@ public:
     qsizetype firstPending() const { return m_pending.empty() ? -1 : *m_pending.begin(); }
     qsizetype indexOf(const QUuid &taskId) const { return m_indexes.value(taskId, -1); }
 
-    /// The counter to keep in step with the service; without one no allowance is watched.
+    /// The counter to keep in step with the service, not owned; without one, or when it is gone, no
+    /// allowance is watched.
     void setQuotaTracker(QuotaTracker *tracker);
 
     /// Adds a task for each URL of a supported extension, with these options; others are ignored.

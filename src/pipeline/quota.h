@@ -35,13 +35,16 @@ public:
     QString monthYear() const { return m_monthYear; } ///< "yyyy-MM" that the count belongs to.
     const qint64 monthlyLimit = 500;                  ///< The service's free allowance.
 
+    // Neither is stored: persist() follows.
     void setCurrentCount(qint64 count);
     void setMonthYear(const QString &month);
 
     /// Starts at 0 when the month has changed. Does not store it: persist() follows.
     void checkMonthRollover();
+    /// Stores the count and its month.
     void persist();
-    /// Sets the local count to 0. The service's next answer brings the real one back.
+    /// Sets the local count to 0, and stores it. The service's next answer brings the real one
+    /// back.
     Q_INVOKABLE void reset();
 
 Q_SIGNALS:

@@ -12,7 +12,7 @@
 
 namespace pixpress {
 
-/// The few values that outlive the process: strings and integers by key.
+/// The few values that outlive the process: strings and integers by key. Used on one thread.
 class SettingsStore
 {
 public:
@@ -23,12 +23,13 @@ public:
 
     /// An invalid value when there is no such entry.
     virtual QVariant value(const QString &key) const = 0;
-    /// The change has reached the disk, if there is one, when this returns.
+    /// When this returns the change has reached the disk, if there is one and it can be written.
     virtual void setValue(const QString &key, const QVariant &value) = 0;
 };
 
 /// The user's settings, in a file that is readable by its owner alone, since the API key is among
-/// them. Running copies share it: each change is made to what the file holds at that moment.
+/// them. Running copies share it: each change is made to what the file holds at that moment, and
+/// waits for a copy that is writing, for a few seconds at most.
 ///
 /// What cannot be stored is kept until it can, or the process ends, and said on standard error. A
 /// file that cannot be read is not replaced; one that holds no settings is put aside first.

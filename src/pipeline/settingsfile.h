@@ -8,13 +8,15 @@
 
 #include <expected>
 
-/// The file of the settings: a JSON object. Errors are sentences.
+/// The file of the settings: a JSON object. Errors are sentences for standard error.
 namespace pixpress::settingsfile {
 
-/// No entries when there is no file, or none that holds settings.
+/// What the file holds. No entries when there is no file, or none that holds settings.
 std::expected<QJsonObject, QString> read(const QString &path);
 
-/// Adds or replaces entries, alone among all processes that do. On an error the file is as it was.
+/// Adds or replaces entries, alone among all processes that do: waits up to 5 seconds for its turn.
+/// Returns what the file holds then. A file that holds something else is kept beside the new one,
+/// as NAME.unreadable. On an error the file is as it was.
 std::expected<QJsonObject, QString> merge(const QString &path, const QJsonObject &changes);
 
 } // namespace pixpress::settingsfile

@@ -5,6 +5,7 @@ import QtQuick
 import QtQuick.Layouts
 import Pixpress
 
+/// What the program is, its version, and who made it.
 ColumnLayout {
     spacing: 16
 

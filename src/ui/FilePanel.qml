@@ -3,6 +3,7 @@
 
 import QtQuick.Dialogs
 
+/// The toolkit's panel for picking files, which Panels makes and fills in.
 FileDialog {
     fileMode: FileDialog.OpenFiles
 }

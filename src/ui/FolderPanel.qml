@@ -3,6 +3,7 @@
 
 import QtQuick.Dialogs
 
+/// The toolkit's panel for picking a folder, which Panels makes.
 FolderDialog {
     title: qsTr("Choose where Pixpress should save compressed images")
     acceptLabel: qsTr("Select Folder")

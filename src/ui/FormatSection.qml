@@ -5,6 +5,7 @@ import QtQuick
 import QtQuick.Layouts
 import Pixpress
 
+/// The options of the format, and of what stands where the new one has no transparency.
 FormSection {
     id: root
 

@@ -1,12 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Pixpress authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// Not "pragma ComponentBehavior: Bound": a Loader of Qt 6.4 cannot make bound components.
-// qmllint disable unqualified
-
 import QtQuick
-import QtQuick.Layouts
-import QtQuick.Templates as T
 import Pixpress
 
 /// The window's content: the onboarding until a key is configured, then the working layout.

@@ -4,6 +4,7 @@
 import QtQuick
 import Pixpress
 
+/// The options of what is kept beside the pixels.
 FormSection {
     id: root
 

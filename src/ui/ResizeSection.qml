@@ -5,6 +5,7 @@ import QtQuick
 import QtQuick.Layouts
 import Pixpress
 
+/// The options of the size.
 FormSection {
     id: root
 

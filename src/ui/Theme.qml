@@ -85,7 +85,6 @@ QtObject {
     // In a tile that is as large as the picture it stands for, whatever the size of text.
     readonly property font tileLabel: Qt.font({ family: family, pixelSize: Math.min(scaled(10), 12), weight: Font.Bold })
 
-    readonly property int bodySize: scaled(13)
     readonly property int calloutSize: scaled(12)
     readonly property int captionSize: scaled(10)
 

@@ -16,6 +16,9 @@ namespace pixpress {
 ///     int accessibleRole        instead of the attached one;
 ///     bool accessibleChecked    instead of the attached one;
 ///     bool accessibleExpanded   whether what it opens is open.
+///
+/// The toolkit has it made when assistive technology asks, and deletes it with the item. GUI thread
+/// only.
 class AccessibleItem : public QAccessibleObject, public QAccessibleActionInterface
 {
 public:

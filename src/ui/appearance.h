@@ -10,7 +10,8 @@
 
 namespace pixpress {
 
-/// Without a desktop that sets fonts of its choice, Qt falls back to whatever it finds first.
+/// Whether there is a desktop, which sets fonts of its choice. Without one Qt falls back to
+/// whatever it finds first, and the program chooses better.
 bool isFontSetByDesktop();
 
 /// What the desktop asks of every window: dark or light, strong contrast, larger text, movement or
@@ -39,7 +40,7 @@ public:
     QString family() const;      ///< The application's font.
     QString fixedFamily() const; ///< The system's font of fixed pitch.
 
-    /// As the desktop prefers, until it prefers something else.
+    /// Takes these for what the desktop prefers, until it tells of others.
     void setPreferences(DesktopPreferences preferences);
 
     bool eventFilter(QObject *watched, QEvent *event) override;

@@ -16,8 +16,8 @@ class Application : public QGuiApplication
 public:
     Application(int &argc, char **argv);
 
-    /// Shows the window and runs until it is closed. Returns the exit status. `settings` must
-    /// outlive the call.
+    /// Shows the window, adds the files that the command line names, and runs until it is closed.
+    /// Returns the exit status.
     int run(SettingsStore &settings, const ServiceConfig &service);
 };
 

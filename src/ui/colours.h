@@ -16,9 +16,9 @@ namespace pixpress {
 std::optional<QColor> colourFromHex(const QString &text);
 
 /// "#" and two lower-case digits a component; opacity is ignored. Components above 1 are not
-/// clamped and give longer texts.
+/// clamped and give longer texts; one that is no number ends the process.
 QString toHex(const QColor &colour);
-/// The same of components, which QColor keeps coarsely when they are above 1.
+/// The same of components, 1 being the most that a screen shows: QColor keeps those above coarsely.
 QString toHex(double red, double green, double blue);
 
 } // namespace pixpress

@@ -14,9 +14,9 @@ class DashedFrame : public QQuickPaintedItem
     Q_OBJECT
     QML_ELEMENT
     Q_PROPERTY(QColor color READ color WRITE setColor NOTIFY colorChanged)
-    Q_PROPERTY(qreal radius MEMBER m_radius)       ///< Points, of the outer edge.
-    Q_PROPERTY(qreal lineWidth MEMBER m_lineWidth) ///< Points.
-    Q_PROPERTY(qreal dash MEMBER m_dash)           ///< Points of line ...
+    Q_PROPERTY(qreal radius MEMBER m_radius)       ///< Logical pixels, of the outer edge.
+    Q_PROPERTY(qreal lineWidth MEMBER m_lineWidth) ///< Logical pixels.
+    Q_PROPERTY(qreal dash MEMBER m_dash)           ///< Logical pixels of line ...
     Q_PROPERTY(qreal gap MEMBER m_gap)             ///< ... and of nothing after it.
 
 public:

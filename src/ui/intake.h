@@ -10,8 +10,8 @@ namespace pixpress {
 
 class AppState;
 
-/// Takes in what was dropped on the window: local files of a supported extension, in one batch with
-/// the current options.
+/// Takes in what was dropped on the window, or named on the command line: those that
+/// supportedFiles() leaves, in one batch with the current options.
 void handleDrop(AppState &appState, const QList<QUrl> &dropped);
 
 } // namespace pixpress

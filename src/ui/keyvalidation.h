@@ -17,7 +17,7 @@ class KeyValidation : public QObject
 {
     Q_OBJECT
     QML_ELEMENT
-    Q_PROPERTY(pixpress::PixpressApp *app MEMBER m_app REQUIRED)
+    Q_PROPERTY(pixpress::PixpressApp *app MEMBER m_app REQUIRED) ///< Must outlive the check.
     Q_PROPERTY(bool isValidating READ isValidating NOTIFY isValidatingChanged)
 
 public:
@@ -31,6 +31,7 @@ public:
 
 Q_SIGNALS:
     void isValidatingChanged();
+    // One of these for each check, unless this object is gone by then.
     void finished(bool isValid);
     void failed(const QString &description); ///< Nothing is known of the key.
 

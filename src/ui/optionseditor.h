@@ -7,13 +7,16 @@
 
 #include <QColor>
 #include <QObject>
-#include <QPointer>
 #include <QQmlEngine>
+#include <QStringList>
+
+#include <functional>
+#include <optional>
 
 namespace pixpress {
 
 /// The application state's current options, field by field, as the controls of a form need them.
-/// Holds nothing of its own: every change takes effect for the next files at once.
+/// Holds nothing of its own: every change takes effect for the next files at once. GUI thread only.
 class OptionsEditor : public QObject
 {
     Q_OBJECT
@@ -55,7 +58,7 @@ public:
     int resizeMode() const { return static_cast<int>(options().resizeMode); }
     QString resizeModeDescription() const;
     bool isScale() const { return options().resizeMode == ResizeMode::scale; }
-    QString width() const; ///< Digits; empty for no value.
+    QString width() const; ///< Pixels in digits; empty for no value.
     QString height() const;
     bool hasOneDimension() const;
     bool convertEnabled() const { return options().convertEnabled; }
@@ -74,6 +77,7 @@ public:
     QString folder() const; ///< Full path in the platform's own form; empty when none is chosen.
 
     void setResizeEnabled(bool enabled);
+    // An index that is none changes nothing; a text that is no number stands for no value.
     void setResizeMode(int index);
     void setWidth(const QString &digits);
     void setHeight(const QString &digits);
@@ -86,10 +90,11 @@ public:
     void setPreserveLocation(bool preserve);
     void setDestination(int index);
 
+    /// Returns when the panel is closed; when that was cancelled the folder stays.
     Q_INVOKABLE void chooseFolder();
 
 Q_SIGNALS:
-    void changed();
+    void changed(); ///< Of any field; not emitted when an equal value is set.
 
 private:
     const CompressionOptions &options() const { return m_appState.options(); }

@@ -18,7 +18,8 @@ namespace pixpress {
 class Panels
 {
 public:
-    /// The window that the panels stand before, and the engine that makes them.
+    /// The window that the panels stand before, and the engine that makes them; neither is owned.
+    /// Without them every panel is as good as cancelled.
     void setWindow(QQmlEngine *engine, QQuickWindow *window);
 
     /// Nothing when it is cancelled. Returns when the panel is closed.

@@ -18,6 +18,22 @@ using namespace std::chrono_literals;
 
 namespace pixpress {
 
+namespace {
+
+/// By then the window shows, also on a slow machine.
+constexpr auto readAheadDelay = 300ms;
+
+/// Reads in the background what the window has not needed yet, so that the first drop does not have
+/// to wait for it. The components keep it.
+void readAhead(QQmlEngine *engine)
+{
+    for (const auto *view : {"TaskListView", "SettingsSheet"})
+        new QQmlComponent(engine, QUrl(u"qrc:/qt/qml/Pixpress/%1.qml"_s.arg(QLatin1String(view))),
+                          QQmlComponent::Asynchronous, engine);
+}
+
+} // namespace
+
 PixpressApp::PixpressApp(SettingsStore &settings, const ServiceConfig &service)
     : PixpressApp(settings, service, Seams())
 {
@@ -34,18 +50,6 @@ PixpressApp::PixpressApp(SettingsStore &settings, const ServiceConfig &service, 
 }
 
 PixpressApp::~PixpressApp() = default;
-
-/// By then the window shows, also on a slow machine.
-constexpr auto readAheadDelay = 300ms;
-
-/// Reads in the background what the window has not needed yet, so that the first drop does not have
-/// to wait for it. The components keep it.
-static void readAhead(QQmlEngine *engine)
-{
-    for (const auto *view : {"TaskListView", "SettingsSheet"})
-        new QQmlComponent(engine, QUrl(u"qrc:/qt/qml/Pixpress/%1.qml"_s.arg(QLatin1String(view))),
-                          QQmlComponent::Asynchronous, engine);
-}
 
 bool PixpressApp::show(QQmlApplicationEngine &engine)
 {

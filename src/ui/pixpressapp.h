@@ -73,12 +73,13 @@ public:
     Q_INVOKABLE void retry(int row);
     /// Shows the file in the desktop's file browser.
     Q_INVOKABLE void reveal(const QUrl &file);
+    // As the queue's.
     Q_INVOKABLE void clearCompleted();
     Q_INVOKABLE void clearAll();
 
     /// The stored key, to fill a masked field with; empty when there is none.
     Q_INVOKABLE QString storedKey() const;
-    /// Asks the service, and saves the key when it is good.
+    /// Asks the service, and saves the key when it is good. Any number at a time.
     QCoro::Task<TinifyService::Result<bool>> validateAPIKey(QString key);
 
 Q_SIGNALS:

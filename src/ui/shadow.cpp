@@ -25,7 +25,7 @@ Shadow::Shadow(QQuickItem *parent) : QQuickPaintedItem(parent) {}
 
 void Shadow::paint(QPainter *painter)
 {
-    // Soft as it is, a pixel a point is enough at every scale factor.
+    // Soft as it is, a pixel for each logical one is enough at every scale factor.
     QImage image(size().toSize(), QImage::Format_ARGB32_Premultiplied);
     const QPointF centre(width() / 2, height() / 2);
     const QSizeF half(width() / 2 - m_blur, height() / 2 - m_blur);

@@ -9,14 +9,14 @@
 namespace pixpress {
 
 /// The soft shadow of a rounded rectangle, painted once rather than made by a shader, which not
-/// every scene graph has. The item's bounds are the rectangle's with `blur` points around them.
+/// every scene graph has. The item's bounds are the rectangle's with `blur` around them.
 class Shadow : public QQuickPaintedItem
 {
     Q_OBJECT
     QML_ELEMENT
     Q_PROPERTY(QColor color MEMBER m_color)
-    Q_PROPERTY(qreal radius MEMBER m_radius) ///< Points, of the rectangle's corners.
-    Q_PROPERTY(qreal blur MEMBER m_blur)     ///< Points over which it fades.
+    Q_PROPERTY(qreal radius MEMBER m_radius) ///< Logical pixels, of the rectangle's corners.
+    Q_PROPERTY(qreal blur MEMBER m_blur)     ///< Logical pixels over which it fades.
 
 public:
     explicit Shadow(QQuickItem *parent = nullptr);

@@ -24,7 +24,8 @@ public:
     void setName(const QString &name);
     QColor color() const { return m_color; }
     void setColor(const QColor &color);
-    qreal size() const { return implicitWidth(); } ///< Points, of the square it is drawn in.
+    /// Logical pixels, of the square it is drawn in.
+    qreal size() const { return implicitWidth(); }
     void setSize(qreal size);
 
     void paint(QPainter *painter) override;

@@ -10,7 +10,8 @@
 
 namespace pixpress {
 
-/// The queue's tasks as rows, in its order, with the texts and symbols that a row shows.
+/// The queue's tasks as rows, in its order, with the texts and symbols that a row shows. GUI thread
+/// only.
 class TaskModel : public QAbstractListModel
 {
     Q_OBJECT
@@ -60,7 +61,7 @@ Q_SIGNALS:
     // Not emitted when the value stays the same.
     void countChanged();
     void progressChanged();
-    /// Tasks have ended, and no other runs now.
+    /// Tasks have ended, and no other runs now. Not emitted between a task and the next.
     void workEnded();
 
 private:
@@ -71,8 +72,8 @@ private:
     const CompressionTask &taskAt(int row) const;
 
     CompressionQueue &m_queue;
-    bool m_isEndDue = false;
-    QList<QUuid> m_ids; ///< Of the rows; the queue is ahead only while rows are taken out.
+    bool m_isEndDue = false; ///< A task has ended in this turn of the event loop.
+    QList<QUuid> m_ids;      ///< Of the rows; the queue is ahead only while rows are taken out.
 };
 
 } // namespace pixpress

@@ -8,10 +8,14 @@
 
 namespace pixpress {
 
+namespace {
+
 // Desktops come with fonts of 9 to 11 points, most with 10: in that range nobody has asked for
 // anything.
 constexpr double usualPoints = 10;
 constexpr double largestUsualPoints = 11;
+
+} // namespace
 
 double textScale(const DesktopText &desktop)
 {

@@ -19,7 +19,7 @@ struct DesktopText
 };
 
 /// The factor by which our text, and what it stands in, is larger than at its usual size: from 1 to
-/// 2. Never smaller, since the smallest text is 10 pixels as it is; never larger, for then the
+/// 2. Never smaller, since the smallest text is 10 logical pixels; never larger, for then the
 /// window's parts no longer find room beside each other.
 double textScale(const DesktopText &desktop);
 

@@ -12,14 +12,14 @@
 namespace pixpress {
 
 /// Paints the thumbnail of an image file once it is there, filling the item, what sticks out cut
-/// off, with rounded corners.
+/// off, with rounded corners. Withdraws its request when the address changes or it is deleted.
 class ThumbnailItem : public QQuickPaintedItem
 {
     Q_OBJECT
     QML_ELEMENT
     Q_PROPERTY(QUrl url READ url WRITE setUrl NOTIFY urlChanged REQUIRED)
     Q_PROPERTY(pixpress::Thumbnails *thumbnails MEMBER m_thumbnails REQUIRED)
-    Q_PROPERTY(qreal radius MEMBER m_radius)
+    Q_PROPERTY(qreal radius MEMBER m_radius) ///< Logical pixels, of the corners.
     Q_PROPERTY(QString pathExtension READ pathExtension NOTIFY urlChanged)
     Q_PROPERTY(bool ready READ isReady NOTIFY readyChanged)
 

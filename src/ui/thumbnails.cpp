@@ -9,6 +9,7 @@
 #include <QPromise>
 
 #include <limits>
+#include <memory>
 #include <utility>
 
 #include <fcntl.h>

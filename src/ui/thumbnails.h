@@ -15,9 +15,10 @@
 namespace pixpress {
 
 /// A small picture of an image file: upright, the first frame, at most 72 pixels on its longer side
-/// (twice the 36 points it is shown at), made from the full picture and never from an embedded
-/// preview. A null image when the file is missing, damaged, no regular file or absurdly large. Runs
-/// on any thread; ends early, with a null image, soon after `stopped` is raised.
+/// (twice the 36 logical ones it is shown at), made from the full picture and never from an
+/// embedded preview. A null image when the file is missing, damaged, no regular file or absurdly
+/// large. Runs on any thread, which it blocks; ends early, with a null image, soon after `stopped`
+/// is raised.
 QImage generateThumbnail(const QUrl &file, const std::atomic_bool &stopped);
 
 /// Makes thumbnails in the background, below normal priority and on no more threads than there are
@@ -37,7 +38,8 @@ public:
     /// Loads in the background what the first picture needs, if that has not been done.
     void prepare();
 
-    /// Cancel the future when nobody looks any more: work that has not begun is then left out.
+    /// As generateThumbnail(). Cancel the future when nobody looks any more: work that has not
+    /// begun is then left out.
     QFuture<QImage> request(const QUrl &file);
 
 private:

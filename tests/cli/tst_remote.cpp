@@ -9,8 +9,6 @@
 #include <QDateTime>
 #include <QDeadlineTimer>
 #include <QDirIterator>
-#include <QJsonDocument>
-#include <QJsonObject>
 #include <QSettings>
 #include <QTcpSocket>
 #include <QTest>

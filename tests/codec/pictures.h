@@ -6,7 +6,6 @@
 #include "model/formats.h"
 
 #include <QByteArray>
-#include <QList>
 
 #include <vips/vips8>
 

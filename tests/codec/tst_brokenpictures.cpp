@@ -8,7 +8,6 @@
 #include "brokenpictures.h"
 #include "pictures.h"
 
-#include <QFile>
 #include <QTemporaryFile>
 #include <QTest>
 

@@ -9,7 +9,6 @@
 #include <QDir>
 #include <QFile>
 
-#include <array>
 #include <cstdio>
 
 using namespace Qt::StringLiterals;

@@ -7,8 +7,6 @@
 
 #include <QtEndian>
 
-#include <cstring>
-
 namespace pixpress::test {
 
 quint32 scatter(quint32 a, quint32 b, quint32 c)

@@ -5,9 +5,7 @@
 
 #include "support/scriptedserver.h"
 
-#include <QFile>
 #include <QSignalSpy>
-#include <QTemporaryDir>
 #include <QTest>
 
 using namespace pixpress;

@@ -16,7 +16,6 @@
 #include <cstring>
 #include <dlfcn.h>
 #include <memory>
-#include <optional>
 
 using namespace pixpress;
 using namespace Qt::StringLiterals;

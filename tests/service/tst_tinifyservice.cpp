@@ -5,9 +5,7 @@
 
 #include "support/scriptedserver.h"
 
-#include <QJsonArray>
 #include <QJsonDocument>
-#include <QJsonObject>
 #include <QTcpSocket>
 #include <QTest>
 

@@ -4,7 +4,6 @@
 #include "catalogue.h"
 #include "ui/language.h"
 
-#include <QLocale>
 #include <QRegularExpression>
 #include <QTest>
 

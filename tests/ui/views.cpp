@@ -5,10 +5,7 @@
 
 #include "drag.h"
 #include "stage.h"
-#include "ui/appearance.h"
 
-#include <QFontDatabase>
-#include <QGuiApplication>
 #include <QtQuickTest>
 
 void qml_register_types_Pixpress();

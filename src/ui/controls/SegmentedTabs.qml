@@ -7,7 +7,7 @@ import QtQuick
 import QtQuick.Templates as T
 import Pixpress
 
-/// The tabs of a panel, as segments of one control. Each entry is a {text, symbol}.
+/// The tabs of a panel, as segments of one control.
 T.TabBar {
     id: root
 

@@ -13,7 +13,6 @@ RowLayout {
     property string text
     property font font: Theme.body
     property color color: Theme.primary
-    property color symbolColor: color
     property int wrapMode: Text.NoWrap
 
     spacing: 4
@@ -24,7 +23,7 @@ RowLayout {
     Symbol {
         visible: root.symbol !== ""
         name: root.symbol
-        color: root.symbolColor
+        color: root.color
         size: Math.round(root.font.pixelSize * 1.25)
         Layout.alignment: root.wrapMode === Text.NoWrap ? Qt.AlignVCenter : Qt.AlignTop
     }
