@@ -107,7 +107,7 @@ void CompressionQueue::processNext()
 QCoro::Task<> CompressionQueue::processTask(QUuid taskId, CompressionOptions options,
                                             QString apiKey)
 {
-    // It may have been cleared before it could start.
+    // 1. The task may have been cleared before it could start.
     const qsizetype index = indexOf(taskId);
     if (index < 0) {
         setActiveTasks(m_activeTasks - 1);
@@ -115,33 +115,42 @@ QCoro::Task<> CompressionQueue::processTask(QUuid taskId, CompressionOptions opt
     }
     const QUrl sourceURL = taskAt(index).sourceURL;
 
+    // 2.
     setStatus(index, status::Uploading{});
+
+    // 3.
     auto imageData = readFile(sourceURL);
     if (!imageData)
         co_return endTask(taskId, status::Failed{imageData.error()});
 
+    // 4.
     setStatus(index, status::Compressing{});
-    // The client gets the only reference to the image, so that its memory is free afterwards.
+
+    // 5. The client gets the only reference to the image, so that its memory is free afterwards.
     const auto response = co_await m_service.shrink(*std::move(imageData), apiKey);
     if (!response)
         co_return endTask(taskId, status::Failed{errorDescription(response.error())});
 
-    // The service's number counts, also when it is lower or 0.
+    // 6. The service's number counts, also when it is lower or 0.
     syncQuota(response->compressionCount);
 
-    // By the index from the beginning: the list is not searched again, see clearCompleted().
+    // 7. By the index of step 1: the list is not searched again.
     setStatus(index, status::Downloading{});
+
+    // 8.
     const auto asked = options.toJSON() ? std::optional(options) : std::nullopt;
+
+    // 9.
     const auto fetched = co_await m_service.fetchOutput(response->outputURL, asked, apiKey);
     if (!fetched)
         co_return endTask(taskId, status::Failed{errorDescription(fetched.error())});
     const auto &[outputData, count] = *fetched;
 
-    // Here 0 means that nothing was reported.
+    // 10. Here 0 means that nothing was reported.
     if (count > 0)
         syncQuota(count);
 
-    // No picture is empty: over the source it would destroy what may be the only copy.
+    // 11. No picture is empty: over the source it would destroy what may be the only copy.
     if (outputData.isEmpty()) {
         const TinifyError error{TinifyError::Case::downloadFailed};
         co_return endTask(taskId, status::Failed{error.errorDescription()});
@@ -150,7 +159,7 @@ QCoro::Task<> CompressionQueue::processTask(QUuid taskId, CompressionOptions opt
     if (!outputURL)
         co_return endTask(taskId, status::Failed{outputURL.error()});
 
-    // Type and dimensions are those of the compressed image, whatever the fetch changed.
+    // 12. Type and dimensions are those of the compressed image, whatever the fetch changed.
     const CompressionResult result{.originalSize = response->inputSize,
                                    .compressedSize = outputData.size(),
                                    .outputURL = *outputURL,
@@ -160,6 +169,7 @@ QCoro::Task<> CompressionQueue::processTask(QUuid taskId, CompressionOptions opt
                                    .height = response->outputHeight,
                                    .timestamp = QDateTime::currentDateTime()};
 
+    // 13. and 14.
     endTask(taskId, status::Completed{result});
 }
 
