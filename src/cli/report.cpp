@@ -11,6 +11,7 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <limits>
 #include <sys/ioctl.h>
 #include <unistd.h>
 
@@ -71,6 +72,13 @@ QJsonObject json(const CompressionTask &task)
     return object;
 }
 
+/// Original sizes are the service's word: absurd ones stay at the largest sum that there is.
+void add(qint64 &sum, qint64 size)
+{
+    if (qAddOverflow(sum, size, &sum))
+        sum = std::numeric_limits<qint64>::max();
+}
+
 } // namespace
 
 Report::Report(bool json, const QStringList &names)
@@ -97,8 +105,8 @@ void Report::ended(const CompressionTask &task)
     const auto *completed = std::get_if<status::Completed>(&task.status);
     if (completed) {
         ++m_completed;
-        m_originalSize += completed->result.originalSize;
-        m_compressedSize += completed->result.compressedSize;
+        add(m_originalSize, completed->result.originalSize);
+        add(m_compressedSize, completed->result.compressedSize);
     } else {
         ++m_failed;
     }

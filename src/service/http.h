@@ -51,6 +51,7 @@ struct HttpResponse
     QHash<QByteArray, QByteArray> headers; ///< Names in lower case.
     QByteArray body;
 
+    /// None when the answer has no such header.
     std::optional<QByteArray> header(const QByteArray &lowerCaseName) const;
 };
 

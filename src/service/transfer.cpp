@@ -5,6 +5,7 @@
 
 #include "service/address.h"
 #include "service/hugepages.h"
+#include "service/transporterrors.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -26,6 +27,8 @@ constexpr qint64 maxReserved = 512 << 20;
 // Of all heads of a request, interim answers and trailers included. libcurl keeps them.
 constexpr size_t largestHead = 256 << 10;
 
+const QString answerTooLarge = u"The server's answer is too large."_s;
+
 constexpr long receiveBuffer = 512 << 10;
 
 // Larger ones widen the moment in which answerIsWaiting() is not yet, or no longer, true.
@@ -34,59 +37,12 @@ constexpr long sendBuffer = 64 << 10;
 // Up to this size libcurl sends a body together with the head, if it has it in memory.
 constexpr qsizetype smallBody = 60 << 10;
 
-TransportError other(const QString &description)
-{
-    return {TransportError::Case::other, description};
-}
-
-TransportError outOfMemory()
-{
-    return other(u"There is not enough memory for this request."_s);
-}
-
-/// The sentence for an error that libcurl ended with.
-TransportError describe(CURLcode code)
-{
-    switch (code) {
-    case CURLE_OPERATION_TIMEDOUT:
-        return {TransportError::Case::timedOut, u"The request timed out."_s};
-    case CURLE_UNSUPPORTED_PROTOCOL: // also: an answer without the status line of HTTP
-    case CURLE_WEIRD_SERVER_REPLY:
-        return {TransportError::Case::notHTTP, u"The server did not answer with HTTP."_s};
-    case CURLE_COULDNT_RESOLVE_HOST:
-        return other(u"The server could not be found. Is the computer online?"_s);
-    case CURLE_COULDNT_RESOLVE_PROXY: return other(u"The proxy server could not be found."_s);
-    case CURLE_COULDNT_CONNECT: return other(u"Could not connect to the server."_s);
-    case CURLE_PEER_FAILED_VERIFICATION:
-        return other(u"The server's certificate is not valid, so nothing was sent."_s);
-    case CURLE_SSL_CONNECT_ERROR:
-        return other(u"A secure connection to the server could not be made."_s);
-    case CURLE_SSL_CACERT_BADFILE:
-        return other(u"The trusted certificates of this computer could not be read."_s);
-    case CURLE_OUT_OF_MEMORY: return outOfMemory();
-    case CURLE_GOT_NOTHING:
-    case CURLE_SEND_ERROR:
-    case CURLE_RECV_ERROR:
-    case CURLE_PARTIAL_FILE:
-    case CURLE_SEND_FAIL_REWIND:
-    case CURLE_ABORTED_BY_CALLBACK: // only beforeRequest() aborts, when a connection has died
-        return other(u"The network connection was lost."_s);
-    default:
-        return other(u"The request failed: %1."_s.arg(QLatin1StringView(curl_easy_strerror(code))));
-    }
-}
-
 bool isSameOrigin(const QUrl &a, const QUrl &b)
 {
     const auto port = [](const QUrl &url) {
         return url.port(url.scheme() == "https"_L1 ? 443 : 80);
     };
     return a.scheme() == b.scheme() && a.host() == b.host() && port(a) == port(b);
-}
-
-TransportError answerTooLarge()
-{
-    return other(u"The server's answer is too large."_s);
 }
 
 curl_slist *append(curl_slist *list, const QByteArray &line)
@@ -192,7 +148,7 @@ std::optional<HttpResult> Transfer::finish(CURLcode code)
     }
     // libcurl's own bound for a single line.
     if (code == CURLE_OUT_OF_MEMORY && m_headSize > 0 && !m_headIsComplete)
-        return std::unexpected(answerTooLarge());
+        return std::unexpected(otherError(answerTooLarge));
     if (code != CURLE_OK)
         return std::unexpected(describe(code));
     if (!m_headIsComplete) // which libcurl takes for an answer without a body
@@ -216,7 +172,7 @@ std::optional<HttpResult> Transfer::follow(const QUrl &target)
     if (!isAllowedAddress(target))
         return std::unexpected(refusedAddress());
     if (++m_redirects > maxRedirects)
-        return std::unexpected(other(u"The server redirected the request too often."_s));
+        return std::unexpected(otherError(u"The server redirected the request too often."_s));
     if (!isSameOrigin(target, m_request.url))
         m_request.authorization.clear();
     m_request.url = target;
@@ -297,7 +253,7 @@ size_t Transfer::receiveHeader(char *data, size_t size, size_t count, void *self
     transfer.m_headSize += size * count;
     if (transfer.m_headSize <= largestHead)
         return size * count;
-    transfer.m_refused = answerTooLarge();
+    transfer.m_refused = otherError(answerTooLarge);
     return 0;
 }
 
@@ -324,7 +280,7 @@ void Transfer::keep(QByteArrayView piece)
         preferHugePages(body);
     }
     if (body.size() + piece.size() > m_limits.largestAnswer)
-        m_refused = answerTooLarge();
+        m_refused = otherError(answerTooLarge);
     else
         body.append(piece);
 }

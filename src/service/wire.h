@@ -30,7 +30,7 @@ struct ShrinkAPIResponse
         QString type; ///< MIME type.
         qint64 width = 0;
         qint64 height = 0;
-        double ratio = 0;
+        double ratio = 0; ///< Output size over input size.
     };
 
     Input input;

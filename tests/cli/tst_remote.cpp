@@ -48,6 +48,7 @@ private Q_SLOTS:
 
     void success_usesTheKeyAndStoresTheCount();
     void countOfTheLimit_refusesTheRest();
+    void absurdSizes_haveATotal();
     void refusal_isReported_data();
     void refusal_isReported();
     void badAddress_isFatal();
@@ -162,6 +163,18 @@ void RemoteTest::countOfTheLimit_refusesTheRest()
     QCOMPARE(outcome.out.count("Failed: Monthly quota exhausted\n"), 2); // three were under way
     QVERIFY(outcome.out.contains("3 files compressed"));
     QCOMPARE(UserSettings().value(u"pixpress_quota_count"_s).toInt(), 500);
+}
+
+void RemoteTest::absurdSizes_haveATotal()
+{
+    m_server->setScript([this](const Request &request) {
+        Answer answer = shrinkAnswer(m_server->url(u"/output"_s));
+        answer.body.replace("1000", "9000000000000000000");
+        return request.target == "/shrink" ? answer : Answer{.body = "output"};
+    });
+    const Outcome outcome = run({u"--remote"_s, u"a.png"_s, u"b.png"_s}, m_server->url());
+    QCOMPARE(outcome.status, 0);
+    QVERIFY2(outcome.out.contains("2 files compressed, 9223372.04 TB -> "), outcome.out);
 }
 
 void RemoteTest::refusal_isReported_data()
