@@ -58,6 +58,7 @@ private Q_SLOTS:
     void damagedFile_isPutAside_data();
     void damagedFile_isPutAside();
     void damagedFileThatCannotBePutAside_isKept();
+    void tooLargeFile_isKept();
     void unreadableFile_isKept();
     void fileOfAnother_isKept();
     void readOnlyFolder_keepsTheFile();
@@ -154,6 +155,19 @@ void SettingsFaultsTest::damagedFileThatCannotBePutAside_isKept()
     settings.setValue(countEntry, 3);
     QCOMPARE(stored(), "my key is secret");
     QCOMPARE(settings.value(countEntry).toInt(), 3);
+}
+
+void SettingsFaultsTest::tooLargeFile_isKept()
+{
+    const QByteArray large = QByteArray(good) + QByteArray(17 << 20, ' ');
+    putFile(large);
+    expect(u"in"_s, u"cannot be read: It is too large."_s);
+    UserSettings settings;
+    QVERIFY(!KeychainHelper::loadAPIKey(settings));
+    expect(u"could not be stored in"_s, u"It is too large."_s);
+    settings.setValue(countEntry, 3);
+    QCOMPARE(settings.value(countEntry).toInt(), 3);
+    QVERIFY(stored() == large);
 }
 
 void SettingsFaultsTest::unreadableFile_isKept()

@@ -7,6 +7,7 @@
 #include "support/transport.h"
 
 #include <QElapsedTimer>
+#include <QHostAddress>
 #include <QScopeGuard>
 #include <QTcpSocket>
 #include <QTest>
@@ -96,19 +97,23 @@ void HttpTest::get_sendsNoBodyAndNoContentType()
 
 void HttpTest::post_sendsTheBodyWithoutContentType_data()
 {
+    QTest::addColumn<QHostAddress>("address");
     QTest::addColumn<QByteArray>("body");
-    QTest::newRow("empty") << QByteArray();
-    QTest::newRow("small") << QByteArray("small\0body", 10);
+    const QHostAddress ipv4(QHostAddress::LocalHost);
+    QTest::newRow("empty") << ipv4 << QByteArray();
+    QTest::newRow("small") << ipv4 << QByteArray("small\0body", 10);
     for (const int size : {61'439, 61'440, 61'441, 65'535, 65'536, 65'537}) // sent in other ways
-        QTest::addRow("%d bytes", size) << QByteArray(size, 'z');
-    QTest::newRow("500 kB") << QByteArray(500'000, 'x');
-    QTest::newRow("20 MB") << QByteArray(20'000'000, 'y');
+        QTest::addRow("%d bytes", size) << ipv4 << QByteArray(size, 'z');
+    QTest::newRow("500 kB") << ipv4 << QByteArray(500'000, 'x');
+    QTest::newRow("20 MB") << ipv4 << QByteArray(20'000'000, 'y');
+    QTest::newRow("IPv6") << QHostAddress(QHostAddress::LocalHostIPv6) << QByteArray(500'000, 'x');
 }
 
 void HttpTest::post_sendsTheBodyWithoutContentType()
 {
+    QFETCH(const QHostAddress, address);
     QFETCH(const QByteArray, body);
-    ScriptedServer server([](const Request &) { return Answer{.status = 201}; });
+    ScriptedServer server([](const Request &) { return Answer{.status = 201}; }, address);
     HttpClient client({});
     QCOMPARE(outcome(send(client, post(server.url(u"/shrink"_s), body))), u"201"_s);
     QCOMPARE(server.requests.size(), 1);

@@ -124,6 +124,16 @@ ViewTest {
         tryVerify(() => helps.every(help => !texts(root.Window.contentItem).includes(help)));
     }
 
+    function test_help_isThatOfWhatShows() {
+        show(component);
+        mouseMove(find("sidebarToggle"), 10, 10);
+        tryVerify(() => texts(root.Window.contentItem).includes("Hide Sidebar"));
+        mouseMove(find("sidebarToggle"), 12, 12); // whoever counts as pointed at has been told twice
+        verify(!find("clearDone").isPointedAt);
+        mouseMove(root, 400, 400);
+        tryVerify(() => !texts(root.Window.contentItem).includes("Hide Sidebar"));
+    }
+
     function test_addFiles_opensThePanel() {
         show(component);
         stage.picked = files(2);

@@ -10,6 +10,8 @@
 #include <QTest>
 #include <QThread>
 
+#include <algorithm>
+
 #include <sys/stat.h>
 
 using namespace pixpress;
@@ -186,8 +188,10 @@ private Q_SLOTS:
         for (auto &future : asked)
             QTRY_VERIFY(future.isFinished());
         QTRY_COMPARE(order.size(), 20);
-        QVERIFY2(order.first() >= 25, "the last asked for are among the first made");
-        QVERIFY2(order.last() <= 14, "the first asked for are among the last made");
+        // Two threads may hand over in another order than they began in, and one may stand still.
+        const auto isLate = [](int index) { return index >= 20; };
+        QVERIFY2(std::count_if(order.cbegin(), order.cbegin() + 10, isLate) >= 8,
+                 "the last asked for are the first made");
         for (int index = 0; index < 10; ++index)
             QVERIFY(!order.contains(index) && asked[index].resultCount() == 0);
     }

@@ -4,11 +4,22 @@
 import QtQuick
 import Pixpress
 
-/// A hairline, horizontal unless it is given a height.
-Rectangle {
+/// A hairline, horizontal unless it is given a height. Of the screen's pixels it takes a whole number,
+/// the same wherever it lies: a pixel of the layout may be one and a half of them.
+Item {
+    id: root
+
+    readonly property real hairline: Math.max(1, Math.floor(Screen.devicePixelRatio)) / Screen.devicePixelRatio
+
     implicitWidth: 1
     implicitHeight: 1
-    color: Theme.separator
+
     Accessible.role: Accessible.Separator
     Accessible.ignored: true // it parts for the eye what is told apart already
+
+    Rectangle {
+        width: root.width < root.height ? root.hairline : root.width
+        height: root.width < root.height ? root.height : root.hairline
+        color: Theme.separator
+    }
 }

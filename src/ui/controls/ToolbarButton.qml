@@ -15,7 +15,7 @@ T.Button {
     readonly property bool isPointedAt: {
         if (enabled)
             return hovered;
-        return pointer.hovered && contains(mapFromItem(parent, pointer.point.position));
+        return visible && pointer.hovered && contains(mapFromItem(parent, pointer.point.position));
     }
 
     implicitWidth: Theme.scaled(34)
