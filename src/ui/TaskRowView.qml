@@ -68,7 +68,8 @@ Item {
         }
     }
 
-    implicitHeight: row.height + (isLast ? 0 : 5)
+    // A whole number of the screen's pixels, or every other row's line would be twice as wide.
+    implicitHeight: Math.ceil((row.height + (isLast ? 0 : 5)) * Screen.devicePixelRatio) / Screen.devicePixelRatio
 
     // The linter takes callLater() for a value.
     onSummaryChanged: Qt.callLater(tell) // qmllint disable type
@@ -233,7 +234,7 @@ Item {
 
     Divider {
         x: 16
-        y: row.height + 2
+        y: root.height - 3
         width: parent.width - 32
         visible: !root.isLast
     }
