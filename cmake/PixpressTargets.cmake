@@ -50,12 +50,22 @@ function(pixpress_library target)
     target_include_directories(${target} PUBLIC ${PROJECT_SOURCE_DIR}/src)
 endfunction()
 
-# One QtTest program per topic: tst_TOPIC.cpp, registered with ctest as FOLDER/TOPIC.
+# A QtTest program of one file, which includes what moc makes of it. AUTOMOC would look through it with
+# a process of its own and compile a file more, for each of some eighty programs and three presets.
+function(pixpress_test_program target source)
+    cmake_path(GET source STEM name)
+    set(moc ${CMAKE_CURRENT_BINARY_DIR}/${name}.moc)
+    qt_generate_moc(${source} ${moc})
+    add_executable(${target} ${source} ${moc})
+    target_include_directories(${target} PRIVATE ${CMAKE_CURRENT_BINARY_DIR})
+    pixpress_configure(${target})
+endfunction()
+
+# One such program per topic: tst_TOPIC.cpp, registered with ctest as FOLDER/TOPIC.
 function(pixpress_test topic)
     cmake_path(GET CMAKE_CURRENT_SOURCE_DIR FILENAME folder)
     set(target tst_${folder}_${topic})
-    add_executable(${target} tst_${topic}.cpp)
-    pixpress_configure(${target})
+    pixpress_test_program(${target} tst_${topic}.cpp)
     target_link_libraries(${target} PRIVATE Qt6::Test pixpress_test_support ${ARGN})
     add_test(NAME ${folder}/${topic} COMMAND ${target})
     set_tests_properties(${folder}/${topic} PROPERTIES TIMEOUT 300

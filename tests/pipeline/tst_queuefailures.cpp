@@ -20,6 +20,7 @@ private Q_SLOTS:
 
     void withoutKey_onlyTheFirstFails();
     void withUsedUpQuota_onlyTheFirstFails();
+    void refusedTasks_waitForTheNextCall_data();
     void refusedTasks_waitForTheNextCall();
     void quota_takesTheServicesNumber_data();
     void quota_takesTheServicesNumber();
@@ -58,8 +59,18 @@ void QueueFailuresTest::withUsedUpQuota_onlyTheFirstFails()
     QCOMPARE(m_server->connections, 0);
 }
 
+void QueueFailuresTest::refusedTasks_waitForTheNextCall_data()
+{
+    QTest::addColumn<bool>("retries");
+    QTest::addColumn<int>("completed");
+    QTest::newRow("files are added") << false << 2;
+    QTest::newRow("the refused one is tried again") << true << 3;
+}
+
 void QueueFailuresTest::refusedTasks_waitForTheNextCall()
 {
+    QFETCH(const bool, retries);
+    QFETCH(const int, completed);
     KeychainHelper::saveAPIKey(*m_settings, u""_s);
     add({file(u"1.png"_s), file(u"2.png"_s), file(u"3.png"_s)});
     KeychainHelper::saveAPIKey(*m_settings, u"key"_s);
@@ -67,8 +78,11 @@ void QueueFailuresTest::refusedTasks_waitForTheNextCall()
     m_tracker->reset();
     QCoreApplication::processEvents();
     QCOMPARE(statuses(), QStringList({u"No API key configured"_s, u"pending"_s, u"pending"_s}));
-    add({});
-    QTRY_COMPARE(m_queue->completedCount(), 2);
+    if (retries)
+        m_queue->retryTask(m_queue->tasks()[0].id, {});
+    else
+        add({});
+    QTRY_COMPARE(m_queue->completedCount(), completed);
 }
 
 void QueueFailuresTest::quota_takesTheServicesNumber_data()

@@ -84,6 +84,10 @@ void QueueListTest::clearCompleted_keepsPendingAndRunningInOrder()
     QSignalSpy removed(m_queue.get(), &CompressionQueue::tasksRemoved);
     m_queue->clearCompleted();
     QCOMPARE(statuses(), QStringList({u"downloading"_s, u"pending"_s, u"pending"_s}));
+    QStringList names;
+    for (const CompressionTask &task : m_queue->tasks())
+        names.append(task.fileName);
+    QCOMPARE(names, QStringList({u"running.png"_s, u"pending 1.png"_s, u"pending 2.png"_s}));
     QCOMPARE(removed.size(), 1);
     QCOMPARE(m_queue->completedCount(), 0);
     QCOMPARE(m_queue->totalSaved(), 0);
