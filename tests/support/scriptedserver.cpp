@@ -66,7 +66,7 @@ void ScriptedServer::receive(QTcpSocket *socket)
         m_raw(*socket, connection.received);
         return;
     }
-    while (auto request = takeRequest(socket, connection)) {
+    while (auto request = takeRequest(connection)) {
         requests.append(*request);
         if (m_held)
             m_waiting.append({socket, *request});
@@ -75,7 +75,7 @@ void ScriptedServer::receive(QTcpSocket *socket)
     }
 }
 
-std::optional<Request> ScriptedServer::takeRequest(QTcpSocket *socket, Connection &connection)
+std::optional<Request> ScriptedServer::takeRequest(Connection &connection)
 {
     const qsizetype headLength = connection.received.indexOf("\r\n\r\n");
     if (headLength < 0)
@@ -94,11 +94,8 @@ std::optional<Request> ScriptedServer::takeRequest(QTcpSocket *socket, Connectio
 
     const qsizetype bodyStart = headLength + 4;
     const qsizetype length = request.headers.value("content-length").toLongLong();
-    if (connection.received.size() < bodyStart + length) {
-        if (connection.received.size() == bodyStart && request.headers.contains("expect"))
-            socket->write("HTTP/1.1 100 Continue\r\n\r\n");
+    if (connection.received.size() < bodyStart + length)
         return std::nullopt;
-    }
     request.body = connection.received.mid(bodyStart, length);
     connection.received.remove(0, bodyStart + length);
     return request;

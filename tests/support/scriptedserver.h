@@ -76,7 +76,7 @@ private:
     };
 
     void receive(QTcpSocket *socket);
-    std::optional<Request> takeRequest(QTcpSocket *socket, Connection &connection);
+    std::optional<Request> takeRequest(Connection &connection);
     void answer(QTcpSocket *socket, const Request &request);
 
     QTcpServer m_server;
