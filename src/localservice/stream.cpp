@@ -120,8 +120,9 @@ ssize_t ConnectionStream::receive(Clock::duration silence)
     do {
         const auto left = std::chrono::duration_cast<std::chrono::microseconds>(
             std::min(end, nextCheck()) - Clock::now());
-        if (left.count() <= 0) // To the system it would mean without end.
-            return -1;
+        // A first request that is there is taken still: then it was this side that came late.
+        if (left.count() <= 0) // which to the system would mean without end
+            return m_isNew ? ::recv(m_socket, m_in.data(), m_in.size(), MSG_DONTWAIT) : -1;
         setReadTimeout(m_socket, left);
         count = ::recv(m_socket, m_in.data(), m_in.size(), 0);
     } while (count < 0 && (errno == EINTR || errno == EAGAIN));

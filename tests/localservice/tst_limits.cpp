@@ -34,6 +34,7 @@ private Q_SLOTS:
     void tooManyConnections_wait();
     void unfinishedHead_isEndedWhenOthersWait_data();
     void unfinishedHead_isEndedWhenOthersWait();
+    void requestThatHasArrived_isServedHoweverLate();
     void waitingConnections_areServedInTheirTurn();
 };
 
@@ -217,6 +218,22 @@ void TestLimits::unfinishedHead_isEndedWhenOthersWait()
         QCOMPARE(slow.receive().status, 200);
     QCOMPARE(Peer(server.base()).request("GET", "/").status, 200);
     QVERIFY(slow.isEndedByService());
+}
+
+void TestLimits::requestThatHasArrived_isServedHoweverLate()
+{
+    Server server({.threads = 1, .patience = 0ms});
+    Peer busy(server.base());
+    busy.send(head("GET", "/wait", {}));
+    QVERIFY(server.waitUntilEntered());
+    Peer first(server.base());
+    first.send(head("GET", "/", {}));
+    Peer second(server.base());
+    second.send(head("GET", "/", {}));
+    server.release();
+    QCOMPARE(busy.receive().status, 200);
+    QCOMPARE(first.receive().status, 200);
+    QCOMPARE(second.receive().status, 200);
 }
 
 void TestLimits::waitingConnections_areServedInTheirTurn()
