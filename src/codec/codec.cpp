@@ -7,6 +7,7 @@
 #include "codec/encode.h"
 #include "codec/metadata.h"
 #include "codec/reshape.h"
+#include "codec/scans.h"
 #include "codec/sniff.h"
 #include "codec/strip.h"
 #include "codec/vipslibrary.h"
@@ -62,6 +63,9 @@ std::expected<Opened, CodecError> open(const QByteArray &original, qint64 maxPix
         const PictureInfo info = describe(image, sniffed->format);
         if (info.pixels() > maxPixels)
             return tooLarge();
+        const auto size = static_cast<size_t>(original.size());
+        if (hasTooManyScans(image, vips::VSource::new_from_memory(original.constData(), size)))
+            return fault(CodecFault::tooLarge, u"The image would take too long to open."_s);
         return Opened{image, info};
     } catch (const vips::VError &) {
         vips_error_clear();

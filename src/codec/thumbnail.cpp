@@ -4,6 +4,7 @@
 #include "pictures/thumbnail.h"
 
 #include "codec/descriptorsource.h"
+#include "codec/scans.h"
 #include "codec/vipslibrary.h"
 
 #include <algorithm>
@@ -40,6 +41,8 @@ VImage open(const vips::VSource &source, int longerSide)
         static_cast<qint64>(vips_format_sizeof(opened.format())) * opened.bands();
     if (qint64{opened.width()} * opened.height() > maxDecodedBytes / pixelBytes)
         throw vips::VError("too large");
+    if (hasTooManyScans(opened, source))
+        throw vips::VError("too many scans");
     auto *options =
         VImage::option()->set("access", VIPS_ACCESS_SEQUENTIAL)->set("fail_on", VIPS_FAIL_ON_ERROR);
     shrinkOnLoad(*options, opened, longerSide);

@@ -267,6 +267,19 @@ QByteArray blackPng(quint32 width, quint32 height, qsizetype inflated)
            chunk("IEND", {});
 }
 
+QByteArray jpegOfScans(int side, int repeated)
+{
+    const vips::VImage image = plain(side, side, {0});
+    size_t size = 0;
+    void *data = nullptr;
+    image.write_to_buffer(".jpg", &data, &size, vips::VImage::option()->set("interlace", true));
+    QByteArray jpeg(static_cast<const char *>(data), static_cast<qsizetype>(size));
+    g_free(data);
+    const qsizetype last = jpeg.lastIndexOf("\xff\xda");
+    const QByteArray scan = jpeg.sliced(last, jpeg.size() - 2 - last);
+    return jpeg.insert(last, scan.repeated(repeated));
+}
+
 BrokenPictures bombs()
 {
     constexpr qsizetype large = 300'000'000;
@@ -280,6 +293,8 @@ BrokenPictures bombs()
         {"has 7000 by 7000 pixels", blackPng(7'000, 7'000, 7'000 * 7'001)},
         {"has 17000 by 17000 pixels", blackPng(17'000, 17'000, 17'000 * 17'001)},
         {"has far more data than pixels", blackPng(100, 100, large)},
+        {"has a few large scans more", jpegOfScans(7000, 90)},
+        {"has thousands of scans", jpegOfScans(4000, 5000)},
     };
     for (const QByteArray type : {"zTXt", "iCCP", "iTXt"}) {
         const QByteArray data = type == "iTXt" ? QByteArray("a\0\1\0\0\0", 6) + packed

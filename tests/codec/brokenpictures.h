@@ -39,4 +39,7 @@ BrokenPictures bombs();
 /// A PNG of that many black pixels whose compressed data holds `inflated` zeros.
 QByteArray blackPng(quint32 width, quint32 height, qsizetype inflated);
 
+/// A progressive, black JPEG whose last scan, one of six, is there so many times more.
+QByteArray jpegOfScans(int side, int repeated);
+
 } // namespace pixpress::testing
