@@ -12,7 +12,6 @@
 #include "pipeline/settings.h"
 
 #include <QCoreApplication>
-#include <QRandomGenerator>
 
 #include <clocale>
 #include <cstdio>
@@ -67,8 +66,7 @@ int runRemotely(QCoreApplication &app, const Arguments &arguments, const Service
 
 int runLocally(QCoreApplication &app, const Arguments &arguments)
 {
-    const QString key = QString::number(QRandomGenerator::system()->generate64(), 36) +
-                        QString::number(QRandomGenerator::system()->generate64(), 36);
+    const QString key = KeychainHelper::randomAPIKey();
     TransientSettings settings;
     KeychainHelper::saveAPIKey(settings, key);
 

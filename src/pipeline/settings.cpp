@@ -7,6 +7,7 @@
 
 #include <QFile>
 #include <QFileInfo>
+#include <QRandomGenerator>
 #include <QSettings>
 
 using namespace Qt::StringLiterals;
@@ -14,8 +15,6 @@ using namespace Qt::StringLiterals;
 namespace pixpress {
 
 namespace {
-
-const QString apiKeyEntry = u"pixpress_api_key"_s;
 
 /// In the platform's folder for settings.
 QString pathOf(const QString &application)
@@ -68,6 +67,8 @@ void UserSettings::setValue(const QString &key, const QVariant &value)
 
 namespace KeychainHelper {
 
+const QString apiKeyEntry = u"pixpress_api_key"_s;
+
 std::optional<QString> loadAPIKey(const SettingsStore &settings)
 {
     const QString key = settings.value(apiKeyEntry).toString();
@@ -77,6 +78,13 @@ std::optional<QString> loadAPIKey(const SettingsStore &settings)
 void saveAPIKey(SettingsStore &settings, const QString &key)
 {
     settings.setValue(apiKeyEntry, key);
+}
+
+QString randomAPIKey()
+{
+    QByteArray bytes(32, Qt::Uninitialized);
+    QRandomGenerator::system()->generate(bytes.begin(), bytes.end());
+    return QString::fromLatin1(bytes.toHex());
 }
 
 } // namespace KeychainHelper

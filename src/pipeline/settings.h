@@ -65,10 +65,16 @@ private:
 /// Despite its name this reads the settings store: the key is kept there in plain form.
 namespace KeychainHelper {
 
+/// The key's name among the settings.
+extern const QString apiKeyEntry;
+
 /// The stored API key, unchanged; none when it is missing or empty.
 std::optional<QString> loadAPIKey(const SettingsStore &settings);
 
 void saveAPIKey(SettingsStore &settings, const QString &key);
+
+/// 256 random bits in hexadecimal, for a built-in service that only this process is to use.
+QString randomAPIKey();
 
 } // namespace KeychainHelper
 
