@@ -29,7 +29,7 @@ test_packages=(
 )
 bench_packages=(
     pngquant jpegoptim webp libavif-bin libjxl-devtools
-    converseen xvfb openbox dbus libgl1-mesa-dri libxcb1-dev
+    converseen xvfb openbox xdotool dbus libgl1-mesa-dri libxcb1-dev
 )
 
 # What build_packages, test_packages and bench_packages bring, for other systems.
@@ -52,7 +52,7 @@ For ./test also
   software renderer, libxcb.
 For ./bench also
   pngquant, jpegoptim, cwebp, avifenc, butteraugli_main (libjxl), converseen,
-  Xvfb, openbox, dbus-daemon, Mesa's software renderer, libxcb.
+  Xvfb, openbox, xdotool, dbus-daemon, Mesa's software renderer, libxcb.
 END
 }
 
@@ -66,7 +66,7 @@ missing_elsewhere() {
     fi
     if [[ " $* " == *" ${bench_packages[*]}"* ]]; then
         commands+=(pngquant jpegoptim cwebp avifenc butteraugli_main
-            converseen Xvfb openbox dbus-daemon)
+            converseen Xvfb openbox xdotool dbus-daemon)
     fi
     for need in "${commands[@]}"; do
         command -v "$need" >/dev/null || printf '%s\n' "$need"

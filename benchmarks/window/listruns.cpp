@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
 #include "../support.h"
-#include "desktop.h"
+#include "program.h"
 #include "window.h"
 
 #include <QDir>
@@ -36,7 +36,7 @@ QList<double> run(const Desktop &desktop, int rows)
     }
 
     QProcess process;
-    bindToBenchmark(process);
+    test::bindToThisProcess(process);
     process.setProcessEnvironment(desktop.environment());
     process.setProcessChannelMode(QProcess::ForwardedErrorChannel);
     process.start(sibling(u"bench_list"_s), {place.path(u"list"_s)});

@@ -7,12 +7,18 @@
 
 #include <QDir>
 #include <QFile>
+#include <QThread>
+
+#include <algorithm>
+#include <span>
 
 using namespace Qt::StringLiterals;
 
 namespace bench {
 
 namespace {
+
+constexpr qint64 patience = 30'000; // milliseconds
 
 /// Empty when there is no such file, since threads come and go.
 QByteArray content(const QString &path)
@@ -31,7 +37,33 @@ qint64 field(const QByteArray &lines, const QByteArray &name)
     return 0;
 }
 
+/// Whether an image of 32 bits a point has more than one colour.
+bool showsSomething(const QImage &image)
+{
+    const std::span points(reinterpret_cast<const QRgb *>(image.constBits()),
+                           static_cast<size_t>(image.sizeInBytes()) / sizeof(QRgb));
+    return std::ranges::any_of(points,
+                               [&](QRgb point) { return ((point ^ points[0]) & RGB_MASK) != 0; });
+}
+
 } // namespace
+
+Desktop::Desktop()
+{
+    if (!start())
+        throw Failure(u"Xvfb, openbox or dbus-daemon does not start."_s);
+}
+
+void waitUntil(const QString &what, const std::function<bool()> &holds)
+{
+    QElapsedTimer timer;
+    timer.start();
+    while (!holds()) {
+        if (timer.hasExpired(patience))
+            throw Failure(u"Waited in vain: "_s + what);
+        QThread::usleep(1000);
+    }
+}
 
 Program::Program(const Desktop &desktop, const QString &executable, const QStringList &arguments,
                  const QList<std::pair<QString, QString>> &variables)
@@ -43,7 +75,7 @@ Program::Program(const Desktop &desktop, const QString &executable, const QStrin
     m_process.setProcessEnvironment(environment);
     m_process.setStandardOutputFile(QProcess::nullDevice());
     m_process.setStandardErrorFile(QProcess::nullDevice());
-    bindToBenchmark(m_process);
+    test::bindToThisProcess(m_process);
     m_timer.start();
     m_process.start(executable, arguments);
     if (!m_process.waitForStarted())
@@ -58,7 +90,9 @@ Program::~Program()
 
 bool Program::isPainted() const
 {
-    return m_desktop.display().showsWindowOf(m_process.processId());
+    const test::XDisplay &display = m_desktop.display();
+    const auto window = display.windowOf(m_process.processId());
+    return window != 0 && showsSomething(display.picture(display.area(window)));
 }
 
 double Program::secondsSinceStart() const

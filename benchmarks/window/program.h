@@ -6,8 +6,23 @@
 #include "desktop.h"
 
 #include <QElapsedTimer>
+#include <QProcess>
+
+#include <functional>
 
 namespace bench {
+
+namespace test = pixpress::test;
+
+/// A desktop that is ready, as the tests have it. Fails when some program of it does not start.
+class Desktop : public test::Desktop
+{
+public:
+    Desktop();
+};
+
+/// Asks again and again, every millisecond. Fails after half a minute.
+void waitUntil(const QString &what, const std::function<bool()> &holds);
 
 /// A program with a window, looked at from outside. Ends with the object.
 class Program

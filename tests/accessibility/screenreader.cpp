@@ -35,7 +35,7 @@ QDBusMessage call(const QDBusConnection &bus, const QString &service, const QStr
 
 ScreenReader::ScreenReader()
 {
-    bindToTest(m_launcher);
+    bindToThisProcess(m_launcher);
 }
 
 ScreenReader::~ScreenReader()

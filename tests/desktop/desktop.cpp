@@ -44,7 +44,7 @@ const QByteArray busConfiguration = R"(<busconfig>
 
 } // namespace
 
-void bindToTest(QProcess &process)
+void bindToThisProcess(QProcess &process)
 {
     process.setChildProcessModifier([] { prctl(PR_SET_PDEATHSIG, SIGTERM); });
 }
@@ -52,7 +52,7 @@ void bindToTest(QProcess &process)
 Desktop::Desktop()
 {
     for (QProcess *process : {&m_bus, &m_server, &m_windowManager})
-        bindToTest(*process);
+        bindToThisProcess(*process);
 }
 
 Desktop::~Desktop()

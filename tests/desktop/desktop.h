@@ -53,7 +53,7 @@ private:
     QString m_busAddress;
 };
 
-/// Has a process that is started after this end when the test does, even if that is killed.
-void bindToTest(QProcess &process);
+/// Has a process that is started after this end when this one does, even if this one is killed.
+void bindToThisProcess(QProcess &process);
 
 } // namespace pixpress::test

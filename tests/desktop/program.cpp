@@ -50,7 +50,7 @@ Program::Program(const Desktop &desktop, const QString &executable, const Invoca
         environment.insert(name, value);
     m_process.setProcessEnvironment(environment);
     m_process.setWorkingDirectory(desktop.path({}));
-    bindToTest(m_process);
+    bindToThisProcess(m_process);
     m_process.start(executable, invocation.arguments);
 }
 

@@ -48,7 +48,7 @@ QRect rectOf(const QJsonObject &object)
 
 Wayland::Wayland(const Desktop &desktop) : m_desktop(desktop)
 {
-    bindToTest(m_process);
+    bindToThisProcess(m_process);
 }
 
 Wayland::~Wayland()
