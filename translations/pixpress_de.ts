@@ -24,6 +24,17 @@
     </message>
 </context>
 <context>
+    <name>BackgroundChoice</name>
+    <message>
+        <source>Background</source>
+        <translation>Hintergrund</translation>
+    </message>
+    <message>
+        <source>Used to fill transparency (JPEG/AVIF don&apos;t support alpha)</source>
+        <translation>Füllt transparente Bereiche (JPEG/AVIF unterstützen keinen Alphakanal)</translation>
+    </message>
+</context>
+<context>
     <name>ColorPopover</name>
     <message>
         <source>Colour as #rrggbb</source>
@@ -72,6 +83,21 @@
     </message>
 </context>
 <context>
+    <name>FolderChoice</name>
+    <message>
+        <source>No folder chosen</source>
+        <translation>Kein Ordner gewählt</translation>
+    </message>
+    <message>
+        <source>Change</source>
+        <translation>Ändern</translation>
+    </message>
+    <message>
+        <source>Choose…</source>
+        <translation>Wählen&#xa0;…</translation>
+    </message>
+</context>
+<context>
     <name>FolderPanel</name>
     <message>
         <source>Choose where Pixpress should save compressed images</source>
@@ -83,6 +109,13 @@
     </message>
 </context>
 <context>
+    <name>FormatChoice</name>
+    <message>
+        <source>Convert to</source>
+        <translation>Konvertieren in</translation>
+    </message>
+</context>
+<context>
     <name>FormatSection</name>
     <message>
         <source>Output Format</source>
@@ -91,18 +124,6 @@
     <message>
         <source>Convert Format</source>
         <translation>Format konvertieren</translation>
-    </message>
-    <message>
-        <source>Convert to</source>
-        <translation>Konvertieren in</translation>
-    </message>
-    <message>
-        <source>Background</source>
-        <translation>Hintergrund</translation>
-    </message>
-    <message>
-        <source>Used to fill transparency (JPEG/AVIF don&apos;t support alpha)</source>
-        <translation>Füllt transparente Bereiche (JPEG/AVIF unterstützen keinen Alphakanal)</translation>
     </message>
 </context>
 <context>
@@ -241,18 +262,6 @@ mit der TinyPNG-API – bis zu 500 pro Monat kostenlos.</translation>
         <source>Save to</source>
         <translation>Speicherort</translation>
     </message>
-    <message>
-        <source>No folder chosen</source>
-        <translation>Kein Ordner gewählt</translation>
-    </message>
-    <message>
-        <source>Change</source>
-        <translation>Ändern</translation>
-    </message>
-    <message>
-        <source>Choose…</source>
-        <translation>Wählen&#xa0;…</translation>
-    </message>
 </context>
 <context>
     <name>OverlayScrollBar</name>
@@ -283,19 +292,7 @@ mit der TinyPNG-API – bis zu 500 pro Monat kostenlos.</translation>
     </message>
 </context>
 <context>
-    <name>ResizeSection</name>
-    <message>
-        <source>Resize</source>
-        <translation>Bildgröße</translation>
-    </message>
-    <message>
-        <source>Enable Resize</source>
-        <translation>Größe ändern</translation>
-    </message>
-    <message>
-        <source>Method</source>
-        <translation>Methode</translation>
-    </message>
+    <name>ResizeDimensions</name>
     <message>
         <source>Width</source>
         <translation>Breite</translation>
@@ -311,6 +308,24 @@ mit der TinyPNG-API – bis zu 500 pro Monat kostenlos.</translation>
     <message>
         <source>Only one dimension set — will scale proportionally</source>
         <translation>Nur ein Maß angegeben – das Bild wird proportional skaliert</translation>
+    </message>
+</context>
+<context>
+    <name>ResizeMethod</name>
+    <message>
+        <source>Method</source>
+        <translation>Methode</translation>
+    </message>
+</context>
+<context>
+    <name>ResizeSection</name>
+    <message>
+        <source>Resize</source>
+        <translation>Bildgröße</translation>
+    </message>
+    <message>
+        <source>Enable Resize</source>
+        <translation>Größe ändern</translation>
     </message>
 </context>
 <context>

@@ -24,6 +24,17 @@
     </message>
 </context>
 <context>
+    <name>BackgroundChoice</name>
+    <message>
+        <source>Background</source>
+        <translation>Fondo</translation>
+    </message>
+    <message>
+        <source>Used to fill transparency (JPEG/AVIF don&apos;t support alpha)</source>
+        <translation>Rellena las zonas transparentes (JPEG/AVIF no admiten el canal alfa)</translation>
+    </message>
+</context>
+<context>
     <name>ColorPopover</name>
     <message>
         <source>Colour as #rrggbb</source>
@@ -72,6 +83,21 @@
     </message>
 </context>
 <context>
+    <name>FolderChoice</name>
+    <message>
+        <source>No folder chosen</source>
+        <translation>Ninguna carpeta elegida</translation>
+    </message>
+    <message>
+        <source>Change</source>
+        <translation>Cambiar</translation>
+    </message>
+    <message>
+        <source>Choose…</source>
+        <translation>Elegir…</translation>
+    </message>
+</context>
+<context>
     <name>FolderPanel</name>
     <message>
         <source>Choose where Pixpress should save compressed images</source>
@@ -83,6 +109,13 @@
     </message>
 </context>
 <context>
+    <name>FormatChoice</name>
+    <message>
+        <source>Convert to</source>
+        <translation>Convertir a</translation>
+    </message>
+</context>
+<context>
     <name>FormatSection</name>
     <message>
         <source>Output Format</source>
@@ -91,18 +124,6 @@
     <message>
         <source>Convert Format</source>
         <translation>Convertir el formato</translation>
-    </message>
-    <message>
-        <source>Convert to</source>
-        <translation>Convertir a</translation>
-    </message>
-    <message>
-        <source>Background</source>
-        <translation>Fondo</translation>
-    </message>
-    <message>
-        <source>Used to fill transparency (JPEG/AVIF don&apos;t support alpha)</source>
-        <translation>Rellena las zonas transparentes (JPEG/AVIF no admiten el canal alfa)</translation>
     </message>
 </context>
 <context>
@@ -241,18 +262,6 @@ con la API de TinyPNG: hasta 500 gratis al mes.</translation>
         <source>Save to</source>
         <translation>Guardar en</translation>
     </message>
-    <message>
-        <source>No folder chosen</source>
-        <translation>Ninguna carpeta elegida</translation>
-    </message>
-    <message>
-        <source>Change</source>
-        <translation>Cambiar</translation>
-    </message>
-    <message>
-        <source>Choose…</source>
-        <translation>Elegir…</translation>
-    </message>
 </context>
 <context>
     <name>OverlayScrollBar</name>
@@ -283,19 +292,7 @@ con la API de TinyPNG: hasta 500 gratis al mes.</translation>
     </message>
 </context>
 <context>
-    <name>ResizeSection</name>
-    <message>
-        <source>Resize</source>
-        <translation>Tamaño</translation>
-    </message>
-    <message>
-        <source>Enable Resize</source>
-        <translation>Cambiar el tamaño</translation>
-    </message>
-    <message>
-        <source>Method</source>
-        <translation>Método</translation>
-    </message>
+    <name>ResizeDimensions</name>
     <message>
         <source>Width</source>
         <translation>Ancho</translation>
@@ -311,6 +308,24 @@ con la API de TinyPNG: hasta 500 gratis al mes.</translation>
     <message>
         <source>Only one dimension set — will scale proportionally</source>
         <translation>Solo se ha definido una dimensión: la imagen se escalará proporcionalmente</translation>
+    </message>
+</context>
+<context>
+    <name>ResizeMethod</name>
+    <message>
+        <source>Method</source>
+        <translation>Método</translation>
+    </message>
+</context>
+<context>
+    <name>ResizeSection</name>
+    <message>
+        <source>Resize</source>
+        <translation>Tamaño</translation>
+    </message>
+    <message>
+        <source>Enable Resize</source>
+        <translation>Cambiar el tamaño</translation>
     </message>
 </context>
 <context>

@@ -24,6 +24,17 @@
     </message>
 </context>
 <context>
+    <name>BackgroundChoice</name>
+    <message>
+        <source>Background</source>
+        <translation>Arrière-plan</translation>
+    </message>
+    <message>
+        <source>Used to fill transparency (JPEG/AVIF don&apos;t support alpha)</source>
+        <translation>Remplit les zones transparentes (JPEG/AVIF ne prennent pas en charge l’alpha)</translation>
+    </message>
+</context>
+<context>
     <name>ColorPopover</name>
     <message>
         <source>Colour as #rrggbb</source>
@@ -72,6 +83,21 @@
     </message>
 </context>
 <context>
+    <name>FolderChoice</name>
+    <message>
+        <source>No folder chosen</source>
+        <translation>Aucun dossier choisi</translation>
+    </message>
+    <message>
+        <source>Change</source>
+        <translation>Modifier</translation>
+    </message>
+    <message>
+        <source>Choose…</source>
+        <translation>Choisir…</translation>
+    </message>
+</context>
+<context>
     <name>FolderPanel</name>
     <message>
         <source>Choose where Pixpress should save compressed images</source>
@@ -83,6 +109,13 @@
     </message>
 </context>
 <context>
+    <name>FormatChoice</name>
+    <message>
+        <source>Convert to</source>
+        <translation>Convertir en</translation>
+    </message>
+</context>
+<context>
     <name>FormatSection</name>
     <message>
         <source>Output Format</source>
@@ -91,18 +124,6 @@
     <message>
         <source>Convert Format</source>
         <translation>Convertir le format</translation>
-    </message>
-    <message>
-        <source>Convert to</source>
-        <translation>Convertir en</translation>
-    </message>
-    <message>
-        <source>Background</source>
-        <translation>Arrière-plan</translation>
-    </message>
-    <message>
-        <source>Used to fill transparency (JPEG/AVIF don&apos;t support alpha)</source>
-        <translation>Remplit les zones transparentes (JPEG/AVIF ne prennent pas en charge l’alpha)</translation>
     </message>
 </context>
 <context>
@@ -241,18 +262,6 @@ avec l’API TinyPNG — jusqu’à 500 gratuites par mois.</translation>
         <source>Save to</source>
         <translation>Destination</translation>
     </message>
-    <message>
-        <source>No folder chosen</source>
-        <translation>Aucun dossier choisi</translation>
-    </message>
-    <message>
-        <source>Change</source>
-        <translation>Modifier</translation>
-    </message>
-    <message>
-        <source>Choose…</source>
-        <translation>Choisir…</translation>
-    </message>
 </context>
 <context>
     <name>OverlayScrollBar</name>
@@ -283,19 +292,7 @@ avec l’API TinyPNG — jusqu’à 500 gratuites par mois.</translation>
     </message>
 </context>
 <context>
-    <name>ResizeSection</name>
-    <message>
-        <source>Resize</source>
-        <translation>Dimensions</translation>
-    </message>
-    <message>
-        <source>Enable Resize</source>
-        <translation>Redimensionner</translation>
-    </message>
-    <message>
-        <source>Method</source>
-        <translation>Méthode</translation>
-    </message>
+    <name>ResizeDimensions</name>
     <message>
         <source>Width</source>
         <translation>Largeur</translation>
@@ -311,6 +308,24 @@ avec l’API TinyPNG — jusqu’à 500 gratuites par mois.</translation>
     <message>
         <source>Only one dimension set — will scale proportionally</source>
         <translation>Une seule dimension définie — l’image sera redimensionnée proportionnellement</translation>
+    </message>
+</context>
+<context>
+    <name>ResizeMethod</name>
+    <message>
+        <source>Method</source>
+        <translation>Méthode</translation>
+    </message>
+</context>
+<context>
+    <name>ResizeSection</name>
+    <message>
+        <source>Resize</source>
+        <translation>Dimensions</translation>
+    </message>
+    <message>
+        <source>Enable Resize</source>
+        <translation>Redimensionner</translation>
     </message>
 </context>
 <context>

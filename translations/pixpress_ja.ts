@@ -24,6 +24,17 @@
     </message>
 </context>
 <context>
+    <name>BackgroundChoice</name>
+    <message>
+        <source>Background</source>
+        <translation>背景色</translation>
+    </message>
+    <message>
+        <source>Used to fill transparency (JPEG/AVIF don&apos;t support alpha)</source>
+        <translation>透明部分の塗りつぶしに使用します（JPEG/AVIFはアルファに非対応）</translation>
+    </message>
+</context>
+<context>
     <name>ColorPopover</name>
     <message>
         <source>Colour as #rrggbb</source>
@@ -72,6 +83,21 @@
     </message>
 </context>
 <context>
+    <name>FolderChoice</name>
+    <message>
+        <source>No folder chosen</source>
+        <translation>フォルダ未選択</translation>
+    </message>
+    <message>
+        <source>Change</source>
+        <translation>変更</translation>
+    </message>
+    <message>
+        <source>Choose…</source>
+        <translation>選択…</translation>
+    </message>
+</context>
+<context>
     <name>FolderPanel</name>
     <message>
         <source>Choose where Pixpress should save compressed images</source>
@@ -83,6 +109,13 @@
     </message>
 </context>
 <context>
+    <name>FormatChoice</name>
+    <message>
+        <source>Convert to</source>
+        <translation>変換後のフォーマット</translation>
+    </message>
+</context>
+<context>
     <name>FormatSection</name>
     <message>
         <source>Output Format</source>
@@ -91,18 +124,6 @@
     <message>
         <source>Convert Format</source>
         <translation>フォーマットを変換</translation>
-    </message>
-    <message>
-        <source>Convert to</source>
-        <translation>変換後のフォーマット</translation>
-    </message>
-    <message>
-        <source>Background</source>
-        <translation>背景色</translation>
-    </message>
-    <message>
-        <source>Used to fill transparency (JPEG/AVIF don&apos;t support alpha)</source>
-        <translation>透明部分の塗りつぶしに使用します（JPEG/AVIFはアルファに非対応）</translation>
     </message>
 </context>
 <context>
@@ -241,18 +262,6 @@ using the TinyPNG API — up to 500 free per month.</source>
         <source>Save to</source>
         <translation>保存先</translation>
     </message>
-    <message>
-        <source>No folder chosen</source>
-        <translation>フォルダ未選択</translation>
-    </message>
-    <message>
-        <source>Change</source>
-        <translation>変更</translation>
-    </message>
-    <message>
-        <source>Choose…</source>
-        <translation>選択…</translation>
-    </message>
 </context>
 <context>
     <name>OverlayScrollBar</name>
@@ -282,19 +291,7 @@ using the TinyPNG API — up to 500 free per month.</source>
     </message>
 </context>
 <context>
-    <name>ResizeSection</name>
-    <message>
-        <source>Resize</source>
-        <translation>サイズ変更</translation>
-    </message>
-    <message>
-        <source>Enable Resize</source>
-        <translation>サイズを変更</translation>
-    </message>
-    <message>
-        <source>Method</source>
-        <translation>方法</translation>
-    </message>
+    <name>ResizeDimensions</name>
     <message>
         <source>Width</source>
         <translation>幅</translation>
@@ -310,6 +307,24 @@ using the TinyPNG API — up to 500 free per month.</source>
     <message>
         <source>Only one dimension set — will scale proportionally</source>
         <translation>片方の寸法のみ指定されています。縦横比を保って拡大・縮小します</translation>
+    </message>
+</context>
+<context>
+    <name>ResizeMethod</name>
+    <message>
+        <source>Method</source>
+        <translation>方法</translation>
+    </message>
+</context>
+<context>
+    <name>ResizeSection</name>
+    <message>
+        <source>Resize</source>
+        <translation>サイズ変更</translation>
+    </message>
+    <message>
+        <source>Enable Resize</source>
+        <translation>サイズを変更</translation>
     </message>
 </context>
 <context>

@@ -24,6 +24,17 @@
     </message>
 </context>
 <context>
+    <name>BackgroundChoice</name>
+    <message>
+        <source>Background</source>
+        <translation>Fundo</translation>
+    </message>
+    <message>
+        <source>Used to fill transparency (JPEG/AVIF don&apos;t support alpha)</source>
+        <translation>Preenche as áreas transparentes (JPEG/AVIF não têm canal alfa)</translation>
+    </message>
+</context>
+<context>
     <name>ColorPopover</name>
     <message>
         <source>Colour as #rrggbb</source>
@@ -72,6 +83,21 @@
     </message>
 </context>
 <context>
+    <name>FolderChoice</name>
+    <message>
+        <source>No folder chosen</source>
+        <translation>Nenhuma pasta escolhida</translation>
+    </message>
+    <message>
+        <source>Change</source>
+        <translation>Alterar</translation>
+    </message>
+    <message>
+        <source>Choose…</source>
+        <translation>Escolher…</translation>
+    </message>
+</context>
+<context>
     <name>FolderPanel</name>
     <message>
         <source>Choose where Pixpress should save compressed images</source>
@@ -83,6 +109,13 @@
     </message>
 </context>
 <context>
+    <name>FormatChoice</name>
+    <message>
+        <source>Convert to</source>
+        <translation>Converter para</translation>
+    </message>
+</context>
+<context>
     <name>FormatSection</name>
     <message>
         <source>Output Format</source>
@@ -91,18 +124,6 @@
     <message>
         <source>Convert Format</source>
         <translation>Converter o formato</translation>
-    </message>
-    <message>
-        <source>Convert to</source>
-        <translation>Converter para</translation>
-    </message>
-    <message>
-        <source>Background</source>
-        <translation>Fundo</translation>
-    </message>
-    <message>
-        <source>Used to fill transparency (JPEG/AVIF don&apos;t support alpha)</source>
-        <translation>Preenche as áreas transparentes (JPEG/AVIF não têm canal alfa)</translation>
     </message>
 </context>
 <context>
@@ -241,18 +262,6 @@ com a API do TinyPNG — até 500 grátis por mês.</translation>
         <source>Save to</source>
         <translation>Salvar em</translation>
     </message>
-    <message>
-        <source>No folder chosen</source>
-        <translation>Nenhuma pasta escolhida</translation>
-    </message>
-    <message>
-        <source>Change</source>
-        <translation>Alterar</translation>
-    </message>
-    <message>
-        <source>Choose…</source>
-        <translation>Escolher…</translation>
-    </message>
 </context>
 <context>
     <name>OverlayScrollBar</name>
@@ -283,19 +292,7 @@ com a API do TinyPNG — até 500 grátis por mês.</translation>
     </message>
 </context>
 <context>
-    <name>ResizeSection</name>
-    <message>
-        <source>Resize</source>
-        <translation>Tamanho</translation>
-    </message>
-    <message>
-        <source>Enable Resize</source>
-        <translation>Redimensionar</translation>
-    </message>
-    <message>
-        <source>Method</source>
-        <translation>Método</translation>
-    </message>
+    <name>ResizeDimensions</name>
     <message>
         <source>Width</source>
         <translation>Largura</translation>
@@ -311,6 +308,24 @@ com a API do TinyPNG — até 500 grátis por mês.</translation>
     <message>
         <source>Only one dimension set — will scale proportionally</source>
         <translation>Apenas uma dimensão definida — a imagem será dimensionada proporcionalmente</translation>
+    </message>
+</context>
+<context>
+    <name>ResizeMethod</name>
+    <message>
+        <source>Method</source>
+        <translation>Método</translation>
+    </message>
+</context>
+<context>
+    <name>ResizeSection</name>
+    <message>
+        <source>Resize</source>
+        <translation>Tamanho</translation>
+    </message>
+    <message>
+        <source>Enable Resize</source>
+        <translation>Redimensionar</translation>
     </message>
 </context>
 <context>

@@ -24,6 +24,17 @@
     </message>
 </context>
 <context>
+    <name>BackgroundChoice</name>
+    <message>
+        <source>Background</source>
+        <translation>背景</translation>
+    </message>
+    <message>
+        <source>Used to fill transparency (JPEG/AVIF don&apos;t support alpha)</source>
+        <translation>用于填充透明区域（JPEG/AVIF 不支持 Alpha 通道）</translation>
+    </message>
+</context>
+<context>
     <name>ColorPopover</name>
     <message>
         <source>Colour as #rrggbb</source>
@@ -72,6 +83,21 @@
     </message>
 </context>
 <context>
+    <name>FolderChoice</name>
+    <message>
+        <source>No folder chosen</source>
+        <translation>未选择文件夹</translation>
+    </message>
+    <message>
+        <source>Change</source>
+        <translation>更改</translation>
+    </message>
+    <message>
+        <source>Choose…</source>
+        <translation>选择…</translation>
+    </message>
+</context>
+<context>
     <name>FolderPanel</name>
     <message>
         <source>Choose where Pixpress should save compressed images</source>
@@ -83,6 +109,13 @@
     </message>
 </context>
 <context>
+    <name>FormatChoice</name>
+    <message>
+        <source>Convert to</source>
+        <translation>转换为</translation>
+    </message>
+</context>
+<context>
     <name>FormatSection</name>
     <message>
         <source>Output Format</source>
@@ -91,18 +124,6 @@
     <message>
         <source>Convert Format</source>
         <translation>转换格式</translation>
-    </message>
-    <message>
-        <source>Convert to</source>
-        <translation>转换为</translation>
-    </message>
-    <message>
-        <source>Background</source>
-        <translation>背景</translation>
-    </message>
-    <message>
-        <source>Used to fill transparency (JPEG/AVIF don&apos;t support alpha)</source>
-        <translation>用于填充透明区域（JPEG/AVIF 不支持 Alpha 通道）</translation>
     </message>
 </context>
 <context>
@@ -241,18 +262,6 @@ using the TinyPNG API — up to 500 free per month.</source>
         <source>Save to</source>
         <translation>保存到</translation>
     </message>
-    <message>
-        <source>No folder chosen</source>
-        <translation>未选择文件夹</translation>
-    </message>
-    <message>
-        <source>Change</source>
-        <translation>更改</translation>
-    </message>
-    <message>
-        <source>Choose…</source>
-        <translation>选择…</translation>
-    </message>
 </context>
 <context>
     <name>OverlayScrollBar</name>
@@ -282,19 +291,7 @@ using the TinyPNG API — up to 500 free per month.</source>
     </message>
 </context>
 <context>
-    <name>ResizeSection</name>
-    <message>
-        <source>Resize</source>
-        <translation>调整大小</translation>
-    </message>
-    <message>
-        <source>Enable Resize</source>
-        <translation>调整图像大小</translation>
-    </message>
-    <message>
-        <source>Method</source>
-        <translation>方式</translation>
-    </message>
+    <name>ResizeDimensions</name>
     <message>
         <source>Width</source>
         <translation>宽度</translation>
@@ -310,6 +307,24 @@ using the TinyPNG API — up to 500 free per month.</source>
     <message>
         <source>Only one dimension set — will scale proportionally</source>
         <translation>只设置了一个尺寸，将按比例缩放</translation>
+    </message>
+</context>
+<context>
+    <name>ResizeMethod</name>
+    <message>
+        <source>Method</source>
+        <translation>方式</translation>
+    </message>
+</context>
+<context>
+    <name>ResizeSection</name>
+    <message>
+        <source>Resize</source>
+        <translation>调整大小</translation>
+    </message>
+    <message>
+        <source>Enable Resize</source>
+        <translation>调整图像大小</translation>
     </message>
 </context>
 <context>

@@ -2,17 +2,14 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
 import QtQuick
-import Pixpress
 
 /// A view that is not even read before it becomes active: what is not seen at the start must not
 /// delay the window.
 Loader {
     id: root
 
-    required property PixpressApp app ///< For the view.
     required property string view ///< The name of its file.
+    required property var initial ///< The properties that the view begins with, by name.
 
-    Component.onCompleted: setSource(root.view + ".qml", {
-        app: root.app
-    })
+    Component.onCompleted: setSource(root.view + ".qml", root.initial)
 }

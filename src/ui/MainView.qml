@@ -13,8 +13,10 @@ Item {
 
     LateView {
         anchors.fill: parent
-        app: root.app
         view: "OnboardingView"
+        initial: ({
+            app: root.app
+        })
         active: !root.app.appState.isAPIKeyConfigured
     }
 
@@ -22,8 +24,10 @@ Item {
         id: working
 
         anchors.fill: parent
-        app: root.app
         view: "WorkingView"
+        initial: ({
+            app: root.app
+        })
         active: root.app.appState.isAPIKeyConfigured
     }
 }

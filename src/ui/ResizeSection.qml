@@ -2,7 +2,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
 import QtQuick
-import QtQuick.Layouts
 import Pixpress
 
 /// The options of the size.
@@ -22,78 +21,14 @@ FormSection {
             onToggled: root.options.resizeEnabled = checked
         }
     }
-    FormRow {
+    LateRow {
         visible: root.options.resizeEnabled
-
-        Column {
-            width: parent.width
-            spacing: 4
-
-            PickerRow {
-                objectName: "resizeMode"
-                width: parent.width
-                label: qsTr("Method")
-                model: root.options.resizeModes
-                currentIndex: root.options.resizeMode
-                onPicked: index => root.options.resizeMode = index
-            }
-            CaptionText {
-                objectName: "resizeDescription"
-                width: parent.width
-                text: root.options.resizeModeDescription
-            }
-        }
+        options: root.options
+        view: "ResizeMethod"
     }
-    FormRow {
+    LateRow {
         visible: root.options.resizeEnabled
-
-        Column {
-            width: parent.width
-            spacing: 8
-
-            RowLayout {
-                width: parent.width
-                spacing: 8
-
-                IntegerField {
-                    objectName: "resizeWidth"
-                    label: qsTr("Width")
-                    digits: root.options.width
-                    onEdited: digits => root.options.width = digits
-                    Layout.fillWidth: true
-                    Layout.preferredWidth: 1 // equal shares
-                }
-                Text {
-                    objectName: "or"
-                    visible: root.options.isScale
-                    text: qsTr("or")
-                    font: Theme.caption
-                    color: Theme.tertiary
-                    textFormat: Text.PlainText
-                    Layout.alignment: Qt.AlignBottom
-                    Layout.bottomMargin: 6
-                    Accessible.role: Accessible.StaticText
-                    Accessible.name: text
-                }
-                IntegerField {
-                    objectName: "resizeHeight"
-                    label: qsTr("Height")
-                    digits: root.options.height
-                    onEdited: digits => root.options.height = digits
-                    Layout.fillWidth: true
-                    Layout.preferredWidth: 1
-                }
-            }
-            SymbolLabel {
-                objectName: "dimensionHint"
-                width: parent.width
-                visible: root.options.hasOneDimension
-                symbol: "info.circle"
-                text: qsTr("Only one dimension set — will scale proportionally")
-                font: Theme.caption
-                color: Theme.orangeText
-                wrapMode: Text.Wrap
-            }
-        }
+        options: root.options
+        view: "ResizeDimensions"
     }
 }

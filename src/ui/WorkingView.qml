@@ -91,8 +91,10 @@ Item {
                     LateView {
                         id: list
 
-                        app: root.app
                         view: "TaskListView"
+                        initial: ({
+                            app: root.app
+                        })
                         // Who was at work elsewhere stays there, also while another window, which
                         // the files come from, is the active one.
                         onLoaded: {
@@ -150,8 +152,10 @@ Item {
         id: settings
 
         anchors.fill: parent
-        app: root.app
         view: "SettingsSheet"
+        initial: ({
+            app: root.app
+        })
         active: false
     }
 
