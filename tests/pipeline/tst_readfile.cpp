@@ -107,6 +107,7 @@ void ReadFileTest::readFile_ofMissingFileFails_data()
     QTest::newRow("below a file") << u"file/gone.png"_s;
     QTest::newRow("dangling link") << u"link-gone.png"_s;
     QTest::newRow("link to itself") << u"loop-gone.png"_s;
+    QTest::newRow("file before a null character") << u"file"_s + QChar() + u"gone.png"_s;
     QTest::newRow("name too long") << QString(300, u'x') + u"gone.png"_s;
 }
 
