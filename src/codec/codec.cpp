@@ -65,7 +65,7 @@ std::expected<Opened, CodecError> open(const QByteArray &original, qint64 maxPix
             return tooLarge();
         const auto size = static_cast<size_t>(original.size());
         if (hasTooManyScans(image, vips::VSource::new_from_memory(original.constData(), size)))
-            return fault(CodecFault::tooLarge, u"The image would take too long to open."_s);
+            return fault(CodecFault::unsupported, u"The image would take too long to open."_s);
         return Opened{image, info};
     } catch (const vips::VError &) {
         vips_error_clear();
