@@ -112,6 +112,7 @@ void OutputNameTest::output_getsItsName_data()
     row("overwrite jpeg to jpeg", "c.jpeg", to(jpeg, overwrite), {}, "c.jpg");
     row("overwrite JPEG to jpeg", "c.JPEG", to(jpeg, overwrite), {}, "c.jpg");
     row("overwrite jpeg", "c.jpeg", plain(overwrite), {}, "c.jpeg");
+    row("overwrite to webp, no extension", "c", to(webp, overwrite), {}, "c.webp");
     row("overwrite to png", "c.webp", to(png, overwrite), {}, "c.png");
 
     row("no folder chosen", "a.png", plain(customFolder), {}, "a-1.png");

@@ -8,9 +8,11 @@
 #include "support/child.h"
 #include "support/faults/faults.h"
 
+#include <QDateTime>
 #include <QDir>
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <QLockFile>
 #include <QRegularExpression>
 #include <QSettings>
 #include <QTest>
@@ -72,6 +74,7 @@ private Q_SLOTS:
     void keyOfAnotherCopy_isNotUndone();
     void killedCopy_leavesTheKey();
     void lockThatNamesNobody_isPassed();
+    void copyThatKeepsWriting_isWaitedForInVain();
 
 private:
     QString filePath() const { return path(u"Pixpress/Pixpress.json"_s); }
@@ -393,6 +396,27 @@ void SettingsFaultsTest::lockThatNamesNobody_isPassed()
     lock.close();
     UserSettings settings;
     settings.setValue(countEntry, 9);
+    QCOMPARE(entries().value(countEntry), 9);
+    QCOMPARE(entries().value(u"pixpress_api_key"_s), u"secret"_s);
+}
+
+void SettingsFaultsTest::copyThatKeepsWriting_isWaitedForInVain()
+{
+    putFile(good);
+    QLockFile other(filePath() + u".lock"_s);
+    QVERIFY(other.lock());
+    // Of the next moment, as if it were taken again and again: it must not come to look forgotten.
+    QFile lock(filePath() + u".lock"_s);
+    QVERIFY(lock.open(QIODevice::ReadWrite));
+    QVERIFY(lock.setFileTime(QDateTime::currentDateTime().addMSecs(2'900),
+                             QFileDevice::FileModificationTime));
+    UserSettings settings;
+    expect(u"could not be stored in"_s, u"Another program is writing it."_s);
+    settings.setValue(countEntry, 9);
+    QCOMPARE(settings.value(countEntry).toInt(), 9); // for this run
+    QCOMPARE(stored(), good);
+    other.unlock();
+    settings.setValue(u"later"_s, 1);
     QCOMPARE(entries().value(countEntry), 9);
     QCOMPARE(entries().value(u"pixpress_api_key"_s), u"secret"_s);
 }

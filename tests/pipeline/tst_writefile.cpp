@@ -38,6 +38,7 @@ private Q_SLOTS:
     void writeFile_toWhatIsNoFileFails_data();
     void writeFile_toWhatIsNoFileFails();
     void writeFile_doesNotEvenOpenWhatIsNoFile();
+    void writeFile_overFolderPutInPlaceOfTheFileFails();
     void writeFile_withoutFolderFails_data();
     void writeFile_withoutFolderFails();
     void writeFile_toForbiddenFileKeepsIt_data();
@@ -208,6 +209,23 @@ void WriteFileTest::writeFile_doesNotEvenOpenWhatIsNoFile()
     faults::observeOpening(nullptr);
     QVERIFY(!written);
     QCOMPARE(g_opened, 0);
+}
+
+void WriteFileTest::writeFile_overFolderPutInPlaceOfTheFileFails()
+{
+    put(u"a.png"_s);
+    faults::observeOpening(
+        [](const char *opened) {
+            if (qstrcmp(strrchr(opened, '/'), "/a.png") == 0) {
+                unlink(opened);
+                mkdir(opened, 0700);
+            }
+        },
+        qPrintable(m_folder->path()));
+    const auto written = writeFile(url(u"a.png"_s), "content");
+    faults::observeOpening(nullptr);
+    QCOMPARE(sentence(written), u"Could not write \"a.png\": It is not a regular file."_s);
+    QCOMPARE(names(), QStringList(u"a.png"_s));
 }
 
 void WriteFileTest::writeFile_withoutFolderFails_data()

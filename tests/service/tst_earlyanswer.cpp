@@ -5,9 +5,10 @@
 
 #include "support/transport.h"
 
+#include <QHostAddress>
+#include <QTcpServer>
 #include <QTest>
 
-#include <arpa/inet.h>
 #include <array>
 #include <atomic>
 #include <poll.h>
@@ -68,29 +69,33 @@ class EarlyAnswerTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
+    void answerThatArrivesBetweenLookingAndSending_isReported_data();
     void answerThatArrivesBetweenLookingAndSending_isReported();
 };
 
+void EarlyAnswerTest::answerThatArrivesBetweenLookingAndSending_isReported_data()
+{
+    QTest::addColumn<QHostAddress>("address");
+    QTest::newRow("IPv4") << QHostAddress(QHostAddress::LocalHost);
+    QTest::newRow("IPv6") << QHostAddress(QHostAddress::LocalHostIPv6);
+}
+
 void EarlyAnswerTest::answerThatArrivesBetweenLookingAndSending_isReported()
 {
+    QFETCH(const QHostAddress, address);
     for (int i = 0; i < 3; ++i) {
-        const int listener = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
-        sockaddr_in address{};
-        address.sin_family = AF_INET;
-        address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-        socklen_t size = sizeof address;
-        QVERIFY(::bind(listener, reinterpret_cast<sockaddr *>(&address), size) == 0);
-        QVERIFY(::listen(listener, 1) == 0);
-        ::getsockname(listener, reinterpret_cast<sockaddr *>(&address), &size);
-        std::thread server(refuse, listener);
+        QTcpServer listener;
+        QVERIFY2(listener.listen(address), qPrintable(listener.errorString()));
+        std::thread server(refuse, static_cast<int>(listener.socketDescriptor()));
 
         HttpClient client({});
-        const QUrl url(u"http://127.0.0.1:%1/shrink"_s.arg(ntohs(address.sin_port)));
+        QUrl url(u"http:/shrink"_s);
+        url.setHost(address.toString());
+        url.setPort(listener.serverPort());
         const HttpResult result = send(client, post(url, QByteArray(30'000'000, 'x')));
         g_isReady = false;
         g_go.release(); // should the moment not have come
         server.join();
-        ::close(listener);
         while (g_go.try_acquire() || g_gone.try_acquire()) {
         }
         QCOMPARE(outcome(result), u"413"_s);

@@ -81,6 +81,7 @@ private Q_SLOTS:
     void redirectToTheOtherScheme_dropsCredentials();
     void redirectToABadCertificate_sendsNothing();
     void plainLocationOfASecureService_isRefused();
+    void secureLocationOfAPlainService_isFetched();
     void unreadableTrust_hasItsSentence();
     void onlyHttp11_isOffered();
     void connectingAndWaiting_haveASilenceEach();
@@ -247,6 +248,16 @@ void TlsTest::plainLocationOfASecureService_isRefused()
              u"The server named an address that is not secure, so nothing was sent there."_s);
     QCOMPARE(plain.connections, 0);
     QVERIFY(QCoro::waitFor(service.fetchOutput(secure.url(), {}, u"secret"_s)));
+}
+
+void TlsTest::secureLocationOfAPlainService_isFetched()
+{
+    const HttpsServer secure(path(u"good.pem"_s), path(u"good.key"_s), {.body = "output"});
+    TinifyService service(
+        {.baseURL = QUrl(u"http://127.0.0.1"_s), .limits = {.caBundle = path(u"ca.pem"_s)}});
+    const auto fetched = QCoro::waitFor(service.fetchOutput(secure.url(), {}, u"secret"_s));
+    QVERIFY2(fetched, qPrintable(errorDescription(fetched.error_or({}))));
+    QCOMPARE(fetched->first, "output");
 }
 
 void TlsTest::unreadableTrust_hasItsSentence()

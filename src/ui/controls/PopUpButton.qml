@@ -12,7 +12,8 @@ T.ComboBox {
     id: root
 
     required property string label ///< What is chosen; for assistive technology.
-    readonly property bool accessibleExpanded: popup.opened
+    /// Of the list, which is not made before it is opened.
+    readonly property bool accessibleExpanded: down && popup.opened
 
     implicitWidth: Theme.scaled(140)
     implicitHeight: Theme.regularControl
