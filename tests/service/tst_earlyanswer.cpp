@@ -11,6 +11,7 @@
 
 #include <array>
 #include <atomic>
+#include <fcntl.h>
 #include <poll.h>
 #include <semaphore>
 #include <sys/socket.h>
@@ -86,7 +87,10 @@ void EarlyAnswerTest::answerThatArrivesBetweenLookingAndSending_isReported()
     for (int i = 0; i < 3; ++i) {
         QTcpServer listener;
         QVERIFY2(listener.listen(address), qPrintable(listener.errorString()));
-        std::thread server(refuse, static_cast<int>(listener.socketDescriptor()));
+        listener.pauseAccepting(); // the thread does, and waits for it
+        const int socket = static_cast<int>(listener.socketDescriptor());
+        QVERIFY(fcntl(socket, F_SETFL, 0) == 0);
+        std::thread server(refuse, socket);
 
         HttpClient client({});
         QUrl url(u"http:/shrink"_s);
