@@ -3,8 +3,8 @@
 
 // Drops the files of a folder on the window, with a service that answers at once, and scrolls the
 // list when all are compressed. Prints the longest stall of the event loop in milliseconds, the
-// resident bytes with the idle list, and the median and the longest time of a frame in
-// milliseconds.
+// resident bytes with the idle list when it has been scrolled, and the median and the longest time
+// of a frame in milliseconds.
 
 #include "../support.h"
 #include "ui/application.h"
@@ -151,16 +151,16 @@ int run(TimedApplication &application)
         const StallMeter meter;
         QMetaObject::invokeMethod(&app, [&] { app.handleDrop(files); }, Qt::QueuedConnection);
         auto &queue = *app.appState()->compressionQueue();
-        settle(application, [&] { return queue.completedCount() == files.size(); });
+        settle(application, [&] { return queue.hasEndedTasks() && !queue.hasActiveTasks(); });
+        if (queue.completedCount() != files.size())
+            throw bench::Failure(u"Not all files were compressed."_s);
         longestStall = meter.longest();
     }
-    files.clear();
-    malloc_trim(0);
-    const qint64 memory = bench::memoryFigure("VmRSS");
-
     auto *const list = window.findChild<QQuickItem *>(u"rows"_s);
     if (!list)
         throw bench::Failure(u"There is no list."_s);
+    files.clear();
+    const qint64 memory = bench::memoryFigure("VmRSS");
     const bench::Samples frames = scroll(application, window, *list);
     std::printf("%f %lld %f %f\n", longestStall, static_cast<long long>(memory), frames.median(),
                 frames.largest());

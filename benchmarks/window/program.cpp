@@ -95,7 +95,8 @@ bool Program::isPainted() const
     if (window == 0)
         return false;
     QRect menu = display.area(window);
-    menu.setHeight(std::min(menu.height(), 32)); // all of it would take the time of what is measured
+    menu.setHeight(
+        std::min(menu.height(), 32)); // all of it would take the time of what is measured
     return showsSomething(display.picture(menu));
 }
 
