@@ -21,25 +21,24 @@ bool isOnThisMachine(const QUrl &url)
     return url.isLocalFile() && (url.host().isEmpty() || url.host() == u"localhost"_s);
 }
 
-/// Not where the program happens to have been started, which "file:a.png" would mean; and to the
-/// system a zero is a name's end: "a.txt%00.png" would open "a.txt". A colon leads to what Qt has
-/// built in, and not to a file.
-bool isWholePath(const QUrl &url)
-{
-    const QString path = url.toLocalFile();
-    return QDir::isAbsolutePath(path) && !path.startsWith(u':') && !path.contains(QChar(0));
-}
-
-/// The address as this program makes them: without a host, with no slash encoded and with one slash
-/// in front. From two, Qt would make a host of a folder when the name of the copy is made.
-QUrl plain(QUrl url)
+/// The path of a file of this machine, with one slash in front: from two, Qt would make a host of a
+/// folder when the name of the copy is made.
+QString pathOf(QUrl url)
 {
     if (!url.host().isEmpty())
         url.setHost({});
     QString path = url.toLocalFile();
     while (path.startsWith("//"_L1))
         path.remove(0, 1);
-    return QUrl::fromLocalFile(path);
+    return path;
+}
+
+/// Not where the program happens to have been started, which "file:a.png" would mean; and to the
+/// system a zero is a name's end: "a.txt%00.png" would open "a.txt". A colon leads to what Qt has
+/// built in, and not to a file.
+bool isWhole(const QString &path)
+{
+    return QDir::isAbsolutePath(path) && !path.startsWith(u':') && !path.contains(QChar(0));
 }
 
 } // namespace
@@ -53,8 +52,11 @@ QList<QUrl> supportedFiles(const QList<QUrl> &dropped)
 {
     QList<QUrl> supported;
     for (const QUrl &url : dropped) {
-        if (isOnThisMachine(url) && isWholePath(url) && isSupported(url.fileName()))
-            supported.append(plain(url));
+        if (!isOnThisMachine(url))
+            continue;
+        const QString path = pathOf(url);
+        if (isSupported(path.mid(path.lastIndexOf(u'/') + 1)) && isWhole(path))
+            supported.append(QUrl::fromLocalFile(path));
     }
     return supported;
 }

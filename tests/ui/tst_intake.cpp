@@ -41,6 +41,7 @@ private Q_SLOTS:
         row("file:///a/b.tar.png", "/a/b.tar.png");
         row("file://localhost/a/b.png", "/a/b.png");
         row("file:///a/.png.webp", "/a/.png.webp");
+        row("file:///a%2Fb.png", "/a/b.png");
 
         row("file:///a/notes.txt", "");
         row("file:///a/folder/", "");
@@ -49,6 +50,7 @@ private Q_SLOTS:
         row("file:///a/b.png.bak", "");
         row("file:///a/b.gif", "");
         row("file:///a/png", "");
+        row("file:///a/b%2F.png", "");
         row("file:///", "");
         row("file://server/share/b.png", "");
         row("http://localhost/b.png", "");
