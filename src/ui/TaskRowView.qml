@@ -5,7 +5,6 @@
 // qmllint disable unqualified
 
 import QtQuick
-import QtQuick.Layouts
 import Pixpress
 
 /// One task: its picture, name and size, where it stands, and what can be done with it. Below it
@@ -93,16 +92,13 @@ Item {
         color: Theme.contentBackground
     }
 
-    Item { // so much larger than the row's content that the ring touches neither it nor the lines
+    FocusRing { // so much larger than the row's content that it touches neither it nor the lines
         anchors.fill: row
-        anchors.leftMargin: -4
-        anchors.rightMargin: -4
-        anchors.topMargin: 1
-        anchors.bottomMargin: 1
-
-        FocusRing {
-            visible: root.isCurrent && !root.isQuiet
-        }
+        anchors.leftMargin: -7
+        anchors.rightMargin: -7
+        anchors.topMargin: -2
+        anchors.bottomMargin: -2
+        visible: root.isCurrent && !root.isQuiet
     }
 
     TapHandler {
@@ -115,25 +111,38 @@ Item {
         }
     }
 
-    RowLayout {
+    // Anchors, since layouts would take most of the time that a row takes to be made.
+    Item {
         id: row
 
         x: 16 + 4
         width: parent.width - 2 * x
-        height: implicitHeight + 12
-        spacing: 12
+        height: Math.max(thumbnail.height, texts.height, trailing.height) + 12
 
         ThumbnailView {
+            id: thumbnail
+
+            anchors.left: parent.left
+            anchors.verticalCenter: parent.verticalCenter
             url: root.sourceURL
             thumbnails: root.thumbnails
         }
 
-        ColumnLayout {
-            spacing: 3
-            Layout.fillWidth: true
+        Item {
+            id: texts
+
+            anchors.left: thumbnail.right
+            anchors.right: trailing.left
+            anchors.leftMargin: 12
+            anchors.rightMargin: 12
+            anchors.verticalCenter: parent.verticalCenter
+            height: fileName.height + 3 + Math.max(originalSize.height, status.height)
 
             Text {
+                id: fileName
+
                 objectName: "fileName"
+                width: parent.width
                 text: root.fileName
                 font: Theme.bodyMedium
                 color: Theme.primary
@@ -141,93 +150,120 @@ Item {
                 horizontalAlignment: Text.AlignLeft
                 maximumLineCount: 1
                 textFormat: Text.PlainText
-                Layout.fillWidth: true
                 Accessible.ignored: true
             }
+            Text {
+                id: originalSize
 
-            RowLayout {
-                spacing: 4
-                Layout.fillWidth: true
+                anchors.left: parent.left
+                anchors.verticalCenter: status.verticalCenter
+                text: root.originalSize
+                font: Theme.caption
+                color: Theme.secondary
+                textFormat: Text.PlainText
+                Accessible.ignored: true
+            }
+            SymbolLabel {
+                id: status
 
-                Text {
-                    text: root.originalSize
-                    font: Theme.caption
-                    color: Theme.secondary
-                    textFormat: Text.PlainText
-                    Accessible.ignored: true
-                }
-                SymbolLabel {
-                    objectName: "status"
-                    symbol: root.statusSymbol
-                    text: root.statusText
-                    font: Theme.caption
-                    color: root.statusColor()
-                    Layout.fillWidth: true
-                    Accessible.ignored: true
-                }
+                objectName: "status"
+                anchors.left: originalSize.right
+                anchors.leftMargin: 4
+                anchors.right: parent.right
+                anchors.bottom: parent.bottom
+                symbol: root.statusSymbol
+                text: root.statusText
+                font: Theme.caption
+                color: root.statusColor()
+                Accessible.ignored: true
             }
         }
 
+        Loader {
+            id: trailing
+
+            anchors.right: parent.right
+            anchors.rightMargin: root.isRunning ? 4 : 0
+            anchors.verticalCenter: parent.verticalCenter
+            sourceComponent: {
+                if (root.isCompleted)
+                    return savings;
+                if (root.isFailed)
+                    return retryButton;
+                return root.isPending ? clock : activity;
+            }
+        }
+    }
+
+    Component {
+        id: clock
+
         Symbol {
-            visible: root.isPending
             name: "clock"
             size: Theme.scaled(16)
             color: Theme.secondary
         }
-        // A row has one of these at most, and making all of them is most of what a row takes.
-        Loader {
-            active: root.isRunning
-            visible: active
-            Layout.rightMargin: 4
-            sourceComponent: ActivityIndicator {
-                Accessible.ignored: true // the row's name tells it
-            }
+    }
+    Component {
+        id: activity
+
+        ActivityIndicator {
+            Accessible.ignored: true // the row's name tells it
         }
-        Loader {
-            active: root.isFailed
-            visible: active
-            sourceComponent: PushButton {
-                objectName: "retry"
-                text: qsTr("Retry")
-                controlHeight: Theme.smallControl
+    }
+    Component {
+        id: retryButton
+
+        PushButton {
+            objectName: "retry"
+            text: qsTr("Retry")
+            controlHeight: Theme.smallControl
+            focusPolicy: root.isCurrent || activeFocus ? Qt.StrongFocus : Qt.ClickFocus
+            onClicked: root.retry()
+        }
+    }
+    Component {
+        id: savings
+
+        Item {
+            implicitWidth: block.width + 10 + reveal.width
+            implicitHeight: Math.max(block.height, reveal.height)
+
+            Column {
+                id: block
+
+                anchors.right: reveal.left
+                anchors.rightMargin: 10
+                anchors.verticalCenter: parent.verticalCenter
+                spacing: 2
+
+                Text {
+                    objectName: "savings"
+                    anchors.right: parent.right
+                    text: root.savings
+                    font: Theme.title3
+                    color: Theme.greenText
+                    textFormat: Text.PlainText
+                    Accessible.ignored: true
+                }
+                Text {
+                    objectName: "saved"
+                    anchors.right: parent.right
+                    text: root.saved
+                    font: Theme.caption2
+                    color: Theme.secondary
+                    textFormat: Text.PlainText
+                    Accessible.ignored: true
+                }
+            }
+            RevealButton {
+                id: reveal
+
+                objectName: "reveal"
+                anchors.right: parent.right
+                anchors.verticalCenter: parent.verticalCenter
                 focusPolicy: root.isCurrent || activeFocus ? Qt.StrongFocus : Qt.ClickFocus
-                onClicked: root.retry()
-            }
-        }
-        Loader {
-            active: root.isCompleted
-            visible: active
-            sourceComponent: RowLayout {
-                spacing: 10
-
-                ColumnLayout {
-                    spacing: 2
-
-                    Text {
-                        objectName: "savings"
-                        text: root.savings
-                        font: Theme.title3
-                        color: Theme.greenText
-                        textFormat: Text.PlainText
-                        Layout.alignment: Qt.AlignRight
-                        Accessible.ignored: true
-                    }
-                    Text {
-                        objectName: "saved"
-                        text: root.saved
-                        font: Theme.caption2
-                        color: Theme.secondary
-                        textFormat: Text.PlainText
-                        Layout.alignment: Qt.AlignRight
-                        Accessible.ignored: true
-                    }
-                }
-
-                RevealButton {
-                    objectName: "reveal"
-                    focusPolicy: root.isCurrent || activeFocus ? Qt.StrongFocus : Qt.ClickFocus
-                    onClicked: root.reveal()
-                }
+                onClicked: root.reveal()
             }
         }
     }
