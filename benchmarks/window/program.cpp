@@ -94,9 +94,9 @@ bool Program::isPainted() const
     const auto window = display.windowOf(m_process.processId());
     if (window == 0)
         return false;
+    // No more than the menu: asking for all of it would take the time of what is measured.
     QRect menu = display.area(window);
-    menu.setHeight(
-        std::min(menu.height(), 32)); // all of it would take the time of what is measured
+    menu.setHeight(std::min(menu.height(), 32));
     return showsSomething(display.picture(menu));
 }
 
