@@ -111,7 +111,7 @@ Item {
         }
     }
 
-    // Anchors, since layouts would take most of the time that a row takes to be made.
+    // Anchors, since layouts take longer to be made, and rows are made while the list scrolls.
     Item {
         id: row
 
