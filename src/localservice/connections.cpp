@@ -17,6 +17,9 @@ thread_local bool closesAfterAnswer = false;
 /// A connection that is accepted only to be closed, as too many wait already.
 thread_local bool isRefusing = false;
 
+/// When the connection began that the thread takes up.
+thread_local ConnectionStream::Clock::time_point accepted;
+
 } // namespace
 
 struct ConnectionServer::Connection
@@ -40,8 +43,12 @@ public:
 
     void enqueue(std::function<void()> task) override
     {
+        const auto now = ConnectionStream::Clock::now();
         if (m_server.makeRoom())
-            return m_pool.start(std::move(task));
+            return m_pool.start([task = std::move(task), now] {
+                accepted = now;
+                task();
+            });
         isRefusing = true;
         task();
         isRefusing = false;
@@ -151,7 +158,7 @@ bool ConnectionServer::serve(Connection &connection)
         m_connections.splice(m_connections.end(), m_connections, self);
         return !m_stopping && (!isIdle || m_openCount <= m_limits.threads);
     };
-    ConnectionStream stream(connection.socket, m_limits, m_openCount);
+    ConnectionStream stream(connection.socket, accepted, m_limits, m_openCount);
     while (stream.awaitRequest()) {
         if (!setIdle(false))
             return false;

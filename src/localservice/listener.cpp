@@ -17,8 +17,9 @@ namespace pixpress {
 namespace {
 
 // Connections that nobody has accepted yet. The service's owner stands in the same line as a crowd
-// that wants to keep it busy: it is to be short, and who finds it full tries again.
-constexpr int backlog = 5;
+// that wants to keep it busy, and gets through it in turn, in seconds. Who finds the line full has
+// to try again, ever more seldom, and whether there is room just then is chance: so it is long.
+constexpr int backlog = 1024;
 
 } // namespace
 

@@ -50,9 +50,9 @@ ssize_t ConnectionStream::write(const char *from, size_t size)
 
 bool ConnectionStream::awaitRequest()
 {
-    m_deadline = m_isNew ? Clock::now() + m_limits.firstByte : Clock::time_point::max();
+    m_deadline = m_isNew ? m_accepted + m_limits.firstByte : Clock::time_point::max();
     if (m_isNew)
-        m_headBegin = Clock::now();
+        m_headBegin = m_accepted;
     if (m_begin == m_end && !fill())
         return false;
     if (!m_isNew)

@@ -23,8 +23,9 @@ struct ConnectionLimits
     std::chrono::milliseconds silence{60'000};   ///< Between two requests and within one.
     std::chrono::milliseconds headTime{60'000};  ///< From a head's first byte to its last.
     std::chrono::milliseconds bodyTime{600'000}; ///< From a head's end to its body's.
-    /// From a connection's beginning, or a head's first byte, to the head's last, while others wait
-    /// for a thread. Whoever has no key can keep a thread for no longer.
+    /// From a connection's beginning, or a later head's first byte, to the head's last, while others
+    /// wait for a thread. Whoever has no key can keep a thread for no longer, and for no time at all
+    /// after waiting for one as long as that.
     std::chrono::milliseconds patience{500};
 };
 
@@ -32,10 +33,13 @@ struct ConnectionLimits
 class ConnectionStream final : public httplib::Stream
 {
 public:
-    /// `openCount` are the connections of the server, with those that wait for a thread.
-    ConnectionStream(socket_t socket, const ConnectionLimits &limits,
+    using Clock = std::chrono::steady_clock;
+
+    /// `accepted` is when the connection began: it may have waited for a thread since. `openCount`
+    /// are the connections of the server, with those that wait for one.
+    ConnectionStream(socket_t socket, Clock::time_point accepted, const ConnectionLimits &limits,
                      const std::atomic<size_t> &openCount)
-        : m_socket(socket), m_limits(limits), m_openCount(openCount)
+        : m_socket(socket), m_accepted(accepted), m_limits(limits), m_openCount(openCount)
     {
     }
 
@@ -60,8 +64,6 @@ public:
     void linger();
 
 private:
-    using Clock = std::chrono::steady_clock;
-
     bool fill();
     void measureHead(const char *from, size_t size);
     ssize_t receive(Clock::duration silence);
@@ -69,6 +71,7 @@ private:
     bool send(const char *from, size_t size);
 
     const socket_t m_socket;
+    const Clock::time_point m_accepted;
     const ConnectionLimits &m_limits;
     const std::atomic<size_t> &m_openCount;
     std::optional<Clock::time_point> m_headBegin; ///< Set until the head is complete.

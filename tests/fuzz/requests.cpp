@@ -39,7 +39,7 @@ QByteArray answersTo(const QByteArray &input, RequestHandler &handler)
     handler.attachTo(server);
     const ConnectionLimits limits{.headBytes = 4096};
     const std::atomic<size_t> openCount = 1;
-    ConnectionStream stream(own, limits, openCount);
+    ConnectionStream stream(own, ConnectionStream::Clock::now(), limits, openCount);
     bool isClosed = false;
     while (!isClosed && stream.awaitRequest()) {
         if (!server.process_request(stream, false, isClosed, nullptr) || !stream.flush())

@@ -35,6 +35,7 @@ private Q_SLOTS:
     void unfinishedHead_isEndedWhenOthersWait_data();
     void unfinishedHead_isEndedWhenOthersWait();
     void requestThatHasArrived_isServedHoweverLate();
+    void headsUnfinishedInLine_areEndedTogether();
     void waitingConnections_areServedInTheirTurn();
 };
 
@@ -234,6 +235,25 @@ void TestLimits::requestThatHasArrived_isServedHoweverLate()
     QCOMPARE(busy.receive().status, 200);
     QCOMPARE(first.receive().status, 200);
     QCOMPARE(second.receive().status, 200);
+}
+
+void TestLimits::headsUnfinishedInLine_areEndedTogether()
+{
+    // One after another they would keep the last longer than it waits.
+    Server server({.threads = 1, .firstByte = 600s, .headTime = 600s, .patience = 2s});
+    Peer busy(server.base());
+    busy.send(head("GET", "/wait", {}));
+    QVERIFY(server.waitUntilEntered());
+    std::vector<std::unique_ptr<Peer>> slow;
+    for (int i = 0; i < 40; ++i) {
+        slow.push_back(std::make_unique<Peer>(server.base()));
+        slow.back()->send(i % 2 == 0 ? "" : "GET / HT");
+    }
+    Peer last(server.base());
+    last.send(head("GET", "/", {}));
+    server.release();
+    QCOMPARE(busy.receive().status, 200);
+    QCOMPARE(last.receive().status, 200);
 }
 
 void TestLimits::waitingConnections_areServedInTheirTurn()
