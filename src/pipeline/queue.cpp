@@ -7,9 +7,42 @@
 
 #include <QScopedValueRollback>
 
+#include <future>
+#include <span>
+
 using namespace Qt::StringLiterals;
 
 namespace pixpress {
+
+namespace {
+
+QList<CompressionTask> tasksFor(std::span<const QUrl> urls, const CompressionOptions &options)
+{
+    QList<CompressionTask> tasks;
+    tasks.reserve(static_cast<qsizetype>(urls.size()));
+    for (const QUrl &url : urls) {
+        if (isSupported(url.fileName()))
+            tasks.emplace_back(url, options);
+    }
+    return tasks;
+}
+
+/// The same, with half of many made by another thread: most of the time is the system's, which is
+/// asked for each file's size, and the window waits for it.
+QList<CompressionTask> tasksForMany(std::span<const QUrl> urls, const CompressionOptions &options)
+{
+    constexpr size_t many = 1000;
+    if (urls.size() < many)
+        return tasksFor(urls, options);
+    const size_t half = urls.size() / 2;
+    // On this thread after all when no other can be had.
+    auto others = std::async(tasksFor, urls.subspan(half), options);
+    QList<CompressionTask> tasks = tasksFor(urls.first(half), options);
+    tasks.append(others.get());
+    return tasks;
+}
+
+} // namespace
 
 CompressionQueue::CompressionQueue(SettingsStore &settings, const ServiceConfig &service)
     : m_settings(settings), m_service(service)
@@ -36,12 +69,9 @@ void CompressionQueue::addFiles(const QList<QUrl> &urls, const CompressionOption
     const qsizetype first = m_tasks.size();
     m_tasks.reserve(first + urls.size());
     m_indexes.reserve(first + urls.size());
-    for (const QUrl &url : urls) {
-        if (!isSupported(url.fileName()))
-            continue;
-        const qsizetype index = m_tasks.size();
-        m_tasks.emplace_back(url, options);
-        m_indexes.insert(m_tasks.back().id, index);
+    m_tasks += tasksForMany(urls, options);
+    for (qsizetype index = first; index < m_tasks.size(); ++index) {
+        m_indexes.insert(m_tasks[index].id, index);
         m_pending.insert(m_pending.end(), index);
     }
     if (const qsizetype count = m_tasks.size() - first; count > 0)
