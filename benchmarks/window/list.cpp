@@ -3,8 +3,8 @@
 
 // Drops the files of a folder on the window, with a service that answers at once, and scrolls the
 // list when all are compressed. Prints the longest stall of the event loop in milliseconds, the
-// resident bytes with the idle list, and the median and the longest time of a frame in
-// milliseconds.
+// resident bytes with the idle list, the median and the longest time of a frame in milliseconds,
+// and the longest processor time of one.
 
 #include "../support.h"
 #include "ui/application.h"
@@ -19,6 +19,7 @@
 
 #include <chrono>
 #include <cstdio>
+#include <ctime>
 
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
@@ -33,6 +34,15 @@ constexpr std::chrono::milliseconds calm = 500ms; // without a frame: nothing go
 double milliseconds(const QElapsedTimer &timer)
 {
     return static_cast<double>(timer.nsecsElapsed()) / 1e6;
+}
+
+/// Milliseconds that this thread has had a processor for. Unlike a clock it stands still while
+/// others have it: other threads, other programs, other machines of the same host.
+double processorTime()
+{
+    timespec time{};
+    ::clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
+    return static_cast<double>(time.tv_sec) * 1e3 + static_cast<double>(time.tv_nsec) / 1e6;
 }
 
 /// The application, which times its frames: all that a window does for one, from the layout to the
@@ -95,22 +105,29 @@ void settle(TimedApplication &application, const std::function<bool()> &isDone)
     loop.exec();
 }
 
-/// Scrolls by a whole view at a time, so that every frame shows other rows. The frames' times,
-/// each with that of the step before it.
-bench::Samples scroll(TimedApplication &application, QQuickWindow &window, QQuickItem &list)
+struct Frames
 {
-    bench::Samples frames;
+    bench::Samples times;          ///< Milliseconds, each with the step before it.
+    bench::Samples processorTimes; ///< The same without what was waited for.
+};
+
+/// Scrolls by a whole view at a time, so that every frame shows other rows.
+Frames scroll(TimedApplication &application, QQuickWindow &window, QQuickItem &list)
+{
+    Frames frames;
     QEventLoop loop;
     const double start = list.property("originY").toDouble();
     const double end = start + list.property("contentHeight").toDouble() - list.height();
     double position = start;
     double stepTime = 0;
+    double stepBegin = 0; // in processor time
     const auto step = [&] {
         if (position >= end)
             return loop.quit();
         position = std::min(position + list.height(), end);
         QElapsedTimer timer;
         timer.start();
+        stepBegin = processorTime();
         list.setProperty("contentY", position);
         stepTime = milliseconds(timer);
     };
@@ -118,7 +135,8 @@ bench::Samples scroll(TimedApplication &application, QQuickWindow &window, QQuic
     QObject::connect(
         &window, &QQuickWindow::frameSwapped, &loop,
         [&] {
-            frames.add(application.lastFrame + std::exchange(stepTime, 0));
+            frames.times.add(application.lastFrame + std::exchange(stepTime, 0));
+            frames.processorTimes.add(processorTime() - stepBegin);
             step();
         },
         Qt::QueuedConnection);
@@ -162,9 +180,9 @@ int run(TimedApplication &application)
         throw bench::Failure(u"There is no list."_s);
     files.clear();
     const qint64 memory = bench::memoryFigure("VmRSS");
-    const bench::Samples frames = scroll(application, window, *list);
-    std::printf("%f %lld %f %f\n", longestStall, static_cast<long long>(memory), frames.median(),
-                frames.largest());
+    const Frames frames = scroll(application, window, *list);
+    std::printf("%f %lld %f %f %f\n", longestStall, static_cast<long long>(memory),
+                frames.times.median(), frames.times.largest(), frames.processorTimes.largest());
     return 0;
 }
 
