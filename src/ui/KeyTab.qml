@@ -88,6 +88,7 @@ ColumnLayout {
                     font: Theme.caption
                     color: root.isValid ? Theme.greenText : Theme.redText
                     wrapMode: Text.Wrap
+                    Layout.fillWidth: true
                     Layout.maximumWidth: Theme.scaled(230)
                     Accessible.role: Accessible.Notification // read out when it shows
                 }

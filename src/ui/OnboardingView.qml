@@ -231,7 +231,6 @@ Flickable {
                         text: qsTr("Don't have a key yet?")
                         font: Theme.caption
                         color: Theme.secondary
-                        Layout.fillWidth: false
                     }
                     LinkLabel {
                         text: qsTr("Get a free API key at %1 →").arg(About.developersHost)

@@ -11,17 +11,17 @@ T.Button {
 
     implicitWidth: 28
     implicitHeight: 28
+    padding: 5 // 28 of the button, 17 of the symbol, and one more that no side can share
+    leftPadding: 6
+    topPadding: 6
     Accessible.role: Accessible.Button
     Accessible.name: qsTr("Show in Finder")
     Accessible.onPressAction: root.clicked()
 
-    contentItem: Item {
-        Symbol {
-            anchors.centerIn: parent
-            name: "folder"
-            size: 17
-            color: Theme.secondary
-        }
+    contentItem: Symbol {
+        name: "folder"
+        size: 17
+        color: Theme.secondary
     }
     background: Rectangle {
         radius: 6

@@ -104,6 +104,7 @@ ColumnLayout {
         /// It has got the keyboard without anybody's asking for it: until a key is pressed no ring
         /// is drawn.
         property bool isQuiet: false
+        readonly property real pixelRatio: Screen.devicePixelRatio
 
         objectName: "rows"
         model: root.app.tasks
@@ -138,9 +139,9 @@ ColumnLayout {
 
         delegate: TaskRowView {
             width: list.width
+            pixelRatio: list.pixelRatio
             isLast: index === list.count - 1
             isCurrent: ListView.isCurrentItem && list.activeFocus
-            isQuiet: list.isQuiet
             thumbnails: root.app.thumbnails
             onRetry: {
                 list.currentIndex = index;
@@ -152,6 +153,18 @@ ColumnLayout {
                 list.currentIndex = index;
                 list.forceActiveFocus(Qt.MouseFocusReason);
             }
+        }
+
+        FocusRing { // so much larger than the row's content that it touches neither it nor the lines
+            readonly property TaskRowView row: list.currentItem as TaskRowView
+
+            parent: row
+            anchors.fill: null
+            x: 13
+            y: -2
+            width: row ? row.width - 2 * x : 0
+            height: row ? row.contentHeight + 4 : 0
+            visible: row !== null && row.isCurrent && !list.isQuiet
         }
     }
 }

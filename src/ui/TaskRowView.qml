@@ -27,7 +27,8 @@ Item {
     required property Thumbnails thumbnails
     required property bool isLast
     required property bool isCurrent ///< The keyboard is on this row.
-    property bool isQuiet: false ///< But no ring tells so.
+    property real pixelRatio: Screen.devicePixelRatio ///< Of the list's; it takes long to be asked for.
+    readonly property real contentHeight: row.height ///< Without the line below.
 
     /// The summary at the end of a turn of the event loop, so that a status that is passed through
     /// and never seen is not told either.
@@ -53,6 +54,16 @@ Item {
             retry();
     }
 
+    function openMenu(isByKey: bool) {
+        if (!isCompleted && !isFailed)
+            return;
+        const opened = menu.createObject(root) as ContextMenu;
+        if (isByKey)
+            opened.openAt(root, 68, row.height); // below the name
+        else
+            opened.openAtPointer();
+    }
+
     function statusColor(): color {
         switch (taskState) {
         case TaskModel.State.uploading:
@@ -68,7 +79,7 @@ Item {
     }
 
     // A whole number of the screen's pixels, or every other row's line would be twice as wide.
-    implicitHeight: Math.ceil((row.height + (isLast ? 0 : 5)) * Screen.devicePixelRatio) / Screen.devicePixelRatio
+    implicitHeight: Math.ceil((row.height + (isLast ? 0 : 5)) * pixelRatio) / pixelRatio
 
     // The linter takes callLater() for a value.
     onSummaryChanged: Qt.callLater(tell) // qmllint disable type
@@ -83,7 +94,7 @@ Item {
     Keys.onReturnPressed: act()
     Keys.onEnterPressed: act()
     Keys.onSpacePressed: act()
-    Keys.onMenuPressed: menu.open(true)
+    Keys.onMenuPressed: root.openMenu(true)
 
     // The list's own colour once more. It ends what changed at each row: without it the software
     // renderer adds up the rectangles of all texts in view, which takes it longer than to paint.
@@ -92,22 +103,13 @@ Item {
         color: Theme.contentBackground
     }
 
-    FocusRing { // so much larger than the row's content that it touches neither it nor the lines
-        anchors.fill: row
-        anchors.leftMargin: -7
-        anchors.rightMargin: -7
-        anchors.topMargin: -2
-        anchors.bottomMargin: -2
-        visible: root.isCurrent && !root.isQuiet
-    }
-
     TapHandler {
         acceptedButtons: Qt.LeftButton | Qt.RightButton
         gesturePolicy: TapHandler.DragThreshold
         onTapped: (point, button) => {
             root.pressed();
             if (button === Qt.RightButton)
-                menu.open(false);
+                root.openMenu(false);
         }
     }
 
@@ -128,14 +130,15 @@ Item {
             thumbnails: root.thumbnails
         }
 
+        // Each text gets its width before it is laid out: what stands later in this file, or has no
+        // anchors at both sides, has its own first.
         Item {
             id: texts
 
             anchors.left: thumbnail.right
-            anchors.right: trailing.left
             anchors.leftMargin: 12
-            anchors.rightMargin: 12
             anchors.verticalCenter: parent.verticalCenter
+            width: row.width - thumbnail.width - 2 * 12 - trailing.width - trailing.anchors.rightMargin
             height: fileName.height + 3 + Math.max(originalSize.height, status.height)
 
             Text {
@@ -150,6 +153,19 @@ Item {
                 horizontalAlignment: Text.AlignLeft
                 maximumLineCount: 1
                 textFormat: Text.PlainText
+            }
+            SymbolLabel {
+                id: status
+
+                objectName: "status"
+                anchors.left: originalSize.right
+                anchors.leftMargin: 4
+                anchors.bottom: parent.bottom
+                width: parent.width - originalSize.width - 4
+                symbol: root.statusSymbol
+                text: root.statusText
+                font: Theme.caption
+                color: root.statusColor()
                 Accessible.ignored: true
             }
             Text {
@@ -161,21 +177,6 @@ Item {
                 font: Theme.caption
                 color: Theme.secondary
                 textFormat: Text.PlainText
-                Accessible.ignored: true
-            }
-            SymbolLabel {
-                id: status
-
-                objectName: "status"
-                anchors.left: originalSize.right
-                anchors.leftMargin: 4
-                anchors.right: parent.right
-                anchors.bottom: parent.bottom
-                symbol: root.statusSymbol
-                text: root.statusText
-                font: Theme.caption
-                color: root.statusColor()
-                Accessible.ignored: true
             }
         }
 
@@ -226,35 +227,32 @@ Item {
         id: savings
 
         Item {
-            implicitWidth: block.width + 10 + reveal.width
-            implicitHeight: Math.max(block.height, reveal.height)
+            implicitWidth: Math.max(percentage.width, saved.width) + 10 + reveal.width
+            implicitHeight: Math.max(percentage.height + 2 + saved.height, reveal.height)
 
-            Column {
-                id: block
+            Text {
+                id: percentage
 
+                objectName: "savings"
                 anchors.right: reveal.left
                 anchors.rightMargin: 10
-                anchors.verticalCenter: parent.verticalCenter
-                spacing: 2
+                y: Math.round((parent.height - height - 2 - saved.height) / 2)
+                text: root.savings
+                font: Theme.title3
+                color: Theme.greenText
+                textFormat: Text.PlainText
+            }
+            Text {
+                id: saved
 
-                Text {
-                    objectName: "savings"
-                    anchors.right: parent.right
-                    text: root.savings
-                    font: Theme.title3
-                    color: Theme.greenText
-                    textFormat: Text.PlainText
-                    Accessible.ignored: true
-                }
-                Text {
-                    objectName: "saved"
-                    anchors.right: parent.right
-                    text: root.saved
-                    font: Theme.caption2
-                    color: Theme.secondary
-                    textFormat: Text.PlainText
-                    Accessible.ignored: true
-                }
+                objectName: "saved"
+                anchors.right: percentage.right
+                anchors.top: percentage.bottom
+                anchors.topMargin: 2
+                text: root.saved
+                font: Theme.caption2
+                color: Theme.secondary
+                textFormat: Text.PlainText
             }
             RevealButton {
                 id: reveal
@@ -272,30 +270,17 @@ Item {
         x: 16
         y: root.height - 3
         width: parent.width - 32
+        pixelRatio: root.pixelRatio
         visible: !root.isLast
     }
 
-    Loader {
+    Component {
         id: menu
 
-        property bool isByKey: false
-
-        function open(isByKey: bool) {
-            menu.isByKey = isByKey;
-            active = root.isCompleted || root.isFailed;
-        }
-
-        active: false
-        sourceComponent: ContextMenu {
+        ContextMenu {
             modal: true // so that the list does not scroll away below it
             dim: false
-            onClosed: menu.active = false
-            Component.onCompleted: {
-                if (menu.isByKey)
-                    openAt(root, 68, row.height); // below the name
-                else
-                    openAtPointer();
-            }
+            onClosed: destroy()
 
             ContextMenuItem {
                 text: root.isCompleted ? qsTr("Show in Finder") : qsTr("Retry")

@@ -6,12 +6,8 @@ import Pixpress
 
 /// A small picture of an image file; until it is made, or when it cannot be, a tile with the file's
 /// extension in the colour of its format.
-Item {
+ThumbnailItem {
     id: root
-
-    required property url url
-    required property Thumbnails thumbnails
-    readonly property string pathExtension: picture.pathExtension
 
     function iconColor(): color {
         switch (pathExtension.toLowerCase()) {
@@ -47,34 +43,22 @@ Item {
 
     implicitWidth: 36
     implicitHeight: 36
+    radius: 8
+    tileColor: {
+        const tint = iconColor();
+        return Qt.rgba(tint.r, tint.g, tint.b, 0.12);
+    }
     Accessible.ignored: true // it repeats the row's name
     Accessible.role: Accessible.Graphic
     Accessible.name: pathExtension.toUpperCase()
 
-    Rectangle {
-        readonly property color tint: root.iconColor()
-
-        objectName: "tile"
-        anchors.fill: parent
-        radius: 8
-        color: Qt.rgba(tint.r, tint.g, tint.b, 0.12)
-    }
     Text {
         objectName: "extension"
         anchors.centerIn: parent
-        visible: !picture.ready
+        visible: !root.ready
         text: root.pathExtension.toUpperCase()
         font: Theme.tileLabel
         color: root.labelColor()
         textFormat: Text.PlainText
-        Accessible.ignored: true
-    }
-    ThumbnailItem {
-        id: picture
-
-        anchors.fill: parent
-        radius: 8
-        url: root.url
-        thumbnails: root.thumbnails
     }
 }

@@ -32,6 +32,15 @@ void ThumbnailItem::setUrl(const QUrl &url)
         load();
 }
 
+void ThumbnailItem::setTileColor(const QColor &color)
+{
+    if (m_tileColor == color)
+        return;
+    m_tileColor = color;
+    update();
+    Q_EMIT tileColorChanged();
+}
+
 QString ThumbnailItem::pathExtension() const
 {
     return pixpress::pathExtension(m_url.fileName());
@@ -62,6 +71,10 @@ void ThumbnailItem::setImage(const QImage &image)
 
 void ThumbnailItem::paint(QPainter *painter)
 {
+    painter->setRenderHints(QPainter::Antialiasing | QPainter::SmoothPixmapTransform);
+    painter->setPen(Qt::NoPen);
+    painter->setBrush(m_tileColor);
+    painter->drawRoundedRect(boundingRect(), m_radius, m_radius);
     if (m_image.isNull())
         return;
     const QSizeF filled = QSizeF(m_image.size()).scaled(size(), Qt::KeepAspectRatioByExpanding);
@@ -69,8 +82,6 @@ void ThumbnailItem::paint(QPainter *painter)
     brush.setTransform(
         QTransform::fromTranslate((width() - filled.width()) / 2, (height() - filled.height()) / 2)
             .scale(filled.width() / m_image.width(), filled.height() / m_image.height()));
-    painter->setRenderHints(QPainter::Antialiasing | QPainter::SmoothPixmapTransform);
-    painter->setPen(Qt::NoPen);
     painter->setBrush(brush);
     painter->drawRoundedRect(boundingRect(), m_radius, m_radius);
 }

@@ -11,8 +11,9 @@
 
 namespace pixpress {
 
-/// Paints the thumbnail of an image file once it is there, filling the item, what sticks out cut
-/// off, with rounded corners. Withdraws its request when the address changes or it is deleted.
+/// Paints a tile with rounded corners, and the thumbnail of an image file over it once that is
+/// there, filling the item, what sticks out cut off. Withdraws its request when the address changes
+/// or it is deleted.
 class ThumbnailItem : public QQuickPaintedItem
 {
     Q_OBJECT
@@ -20,6 +21,7 @@ class ThumbnailItem : public QQuickPaintedItem
     Q_PROPERTY(QUrl url READ url WRITE setUrl NOTIFY urlChanged REQUIRED)
     Q_PROPERTY(pixpress::Thumbnails *thumbnails MEMBER m_thumbnails REQUIRED)
     Q_PROPERTY(qreal radius MEMBER m_radius) ///< Logical pixels, of the corners.
+    Q_PROPERTY(QColor tileColor READ tileColor WRITE setTileColor NOTIFY tileColorChanged)
     Q_PROPERTY(QString pathExtension READ pathExtension NOTIFY urlChanged)
     Q_PROPERTY(bool ready READ isReady NOTIFY readyChanged)
 
@@ -29,6 +31,8 @@ public:
 
     QUrl url() const { return m_url; }
     void setUrl(const QUrl &url);
+    QColor tileColor() const { return m_tileColor; }
+    void setTileColor(const QColor &color);
     QString pathExtension() const; ///< As it is written, without the dot.
     bool isReady() const { return !m_image.isNull(); }
 
@@ -36,6 +40,7 @@ public:
 
 Q_SIGNALS:
     void urlChanged();
+    void tileColorChanged();
     void readyChanged();
 
 protected:
@@ -48,6 +53,7 @@ private:
     QUrl m_url;
     QPointer<Thumbnails> m_thumbnails;
     qreal m_radius = 0;
+    QColor m_tileColor = Qt::transparent;
     QImage m_image;
     QFutureWatcher<QImage> m_watcher;
 };

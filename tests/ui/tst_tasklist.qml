@@ -274,6 +274,31 @@ ViewTest {
         compare(list.contentY, 700);
     }
 
+    function test_currentRow_hasARing() {
+        const isRing = item => item.border !== undefined && Qt.colorEqual(item.border.color, Theme.focusRing);
+        stage.hold();
+        stage.app.handleDrop(files(3));
+        const view = show(component);
+        const ringsOf = item => shown(item).filter(isRing);
+        compare(ringsOf(view).length, 0);
+        view.takeFocus();
+        compare(ringsOf(view).length, 0, "nobody has asked for it");
+        keyClick(Qt.Key_Down);
+        compare(ringsOf(view).length, 1);
+        const row = rows(view)[1];
+        compare(ringsOf(row).length, 1);
+        const ring = ringsOf(row)[0];
+        compare(ring.border.width, 3);
+        const place = placeOf(ring, row);
+        const thumbnail = placeOf(withRole(row, Accessible.Graphic)[0], row);
+        verify(place.x + 3 <= thumbnail.x && place.y + 3 <= thumbnail.y, "it touches nothing of the row: " + place);
+        verify(place.right - 3 >= row.width - 20, "nor at its end: " + place);
+        verify(place.bottom <= placeOf(withRole(row, Accessible.Separator)[0], row).y);
+        keyClick(Qt.Key_Up);
+        compare(ringsOf(row).length, 0);
+        compare(ringsOf(rows(view)[0]).length, 1);
+    }
+
     function test_list_isNamed() {
         stage.hold();
         stage.app.handleDrop([stage.file("a.png")]);

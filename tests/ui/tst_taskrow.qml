@@ -284,16 +284,4 @@ ViewTest {
         compare(row.Accessible.role, Accessible.ListItem);
         compare(row.Accessible.name, "a.png, in words");
     }
-
-    function test_currentRow_hasARing() {
-        const ring = row => shown(row).filter(item => item.border !== undefined && Qt.colorEqual(item.border.color, Theme.focusRing));
-        compare(ring(created({})).length, 0);
-        const row = created({ isCurrent: true });
-        compare(ring(row).length, 1);
-        compare(ring(row)[0].border.width, 3);
-        const place = placeOf(ring(row)[0], row);
-        const thumbnail = placeOf(withRole(row, Accessible.Graphic)[0], row);
-        verify(place.x + 3 <= thumbnail.x && place.y + 3 <= thumbnail.y, "it touches nothing of the row: " + place);
-        verify(place.bottom <= placeOf(withRole(row, Accessible.Separator)[0], row).y);
-    }
 }

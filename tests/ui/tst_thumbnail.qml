@@ -33,9 +33,8 @@ ViewTest {
 
     function test_tile_isTintedByFormat(row) {
         const view = createTemporaryObject(component, root, { url: stage.file(row.tag) });
-        const tile = findChild(view, "tile");
-        compare(tile.color, Qt.rgba(row.tint.r, row.tint.g, row.tint.b, 0.12));
-        compare(tile.radius, 8);
+        compare(view.tileColor, Qt.rgba(row.tint.r, row.tint.g, row.tint.b, 0.12));
+        compare(view.radius, 8);
         compare(texts(view), row.label);
         compare(findChild(view, "extension").font, Theme.tileLabel);
         compare(Theme.tileLabel.pixelSize, 10);

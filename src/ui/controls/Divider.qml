@@ -9,7 +9,8 @@ import Pixpress
 Item {
     id: root
 
-    readonly property real hairline: Math.max(1, Math.floor(Screen.devicePixelRatio)) / Screen.devicePixelRatio
+    property real pixelRatio: Screen.devicePixelRatio
+    readonly property real hairline: Math.max(1, Math.floor(pixelRatio)) / pixelRatio
 
     implicitWidth: 1
     implicitHeight: 1
