@@ -23,9 +23,9 @@ struct ConnectionLimits
     std::chrono::milliseconds silence{60'000};   ///< Between two requests and within one.
     std::chrono::milliseconds headTime{60'000};  ///< From a head's first byte to its last.
     std::chrono::milliseconds bodyTime{600'000}; ///< From a head's end to its body's.
-    /// From a connection's beginning, or a later head's first byte, to the head's last, while others
-    /// wait for a thread. Whoever has no key can keep a thread for no longer, and for no time at all
-    /// after waiting for one as long as that.
+    /// From a connection's beginning, or a later head's first byte, to the head's last, while
+    /// others wait for a thread. Whoever has no key can keep a thread for no longer, and for no
+    /// time at all after waiting for one as long as that.
     std::chrono::milliseconds patience{500};
 };
 

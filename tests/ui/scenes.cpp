@@ -117,6 +117,16 @@ void list(QSize size, const Visit &visit)
         std::ranges::sort(names, {}, [](auto *name) { return name->mapToScene({}).y(); });
         return names;
     };
+    const auto thumbnails = [&] { // of the samples: the other files are no pictures
+        wait("the thumbnails", [&] {
+            return std::ranges::all_of(scene.shown(), [](const QQuickItem *item) {
+                const QString name = item->property("url").toUrl().fileName();
+                return !item->inherits("pixpress::ThumbnailItem") ||
+                       item->property("ready").toBool() || name == "already tiny.png"_L1 ||
+                       name.startsWith("a very long"_L1);
+            });
+        });
+    };
     stage.answerWith(387'812, 143'907);
     add(stage.sample(u"lake at dusk.jpg"_s));
     settled(1);
@@ -128,6 +138,7 @@ void list(QSize size, const Visit &visit)
                    u"sea and never shortened.jpeg"_s));
     settled(3);
     wait("their rows", [&] { return names().size() == 3; });
+    thumbnails();
     visit(scene, u"list-ended"_s, Rest::never);
     stage.answerWith(419'834, 130'000);
     stage.hold();
@@ -141,6 +152,7 @@ void list(QSize size, const Visit &visit)
                              stage.sample(u"lighthouse.jpeg"_s),
                              stage.sample(u"island map.png"_s)});
     wait("the rows of the others", [&] { return names().size() >= 7; });
+    thumbnails();
     visit(scene, u"list"_s, Rest::never);
     for (const auto &[row, name] : {std::pair(0, u"menu-completed"_s), {2, u"menu-failed"_s}}) {
         scene.click(*names()[row], Qt::RightButton);
