@@ -24,6 +24,7 @@ private Q_SLOTS:
     void filesAddedWhileOthersRun_runBesideThem();
     void filesAddedInOneTurn_startOneTaskEach();
     void addFiles_keepsSupportedFilesOnly();
+    void addFiles_keepsTheOrderOfThousands();
     void addFiles_takesTheSameFileTwice();
     void fetch_carriesOptionsOnlyWhenTheyAsk();
 };
@@ -133,6 +134,35 @@ void QueueTest::addFiles_keepsSupportedFilesOnly()
     QCOMPARE(added.size(), 1);
     add({file(u"notes.txt"_s)});
     QCOMPARE(added.size(), 1);
+}
+
+void QueueTest::addFiles_keepsTheOrderOfThousands()
+{
+    m_server->hold();
+    add({file(u"first.png"_s)});
+    QList<QUrl> urls;
+    QStringList expected{u"first.png"_s};
+    for (int i = 0; i < 3001; ++i) {
+        const QString name = u"%1.%2"_s.arg(i).arg(i % 7 == 0 ? u"txt" : u"png");
+        urls.append(QUrl::fromLocalFile(m_folder->filePath(name)));
+        if (i % 7 != 0)
+            expected.append(name);
+    }
+    QSignalSpy added(m_queue.get(), &CompressionQueue::tasksAdded);
+    file(u"1.png"_s, "first half");
+    file(u"3000.png"_s, "last of the other half");
+    add(urls);
+    QCOMPARE(added.size(), 1);
+    QCOMPARE(added[0], QVariantList({qsizetype{1}, expected.size() - 1}));
+    QStringList names;
+    for (const CompressionTask &task : m_queue->tasks()) {
+        QCOMPARE(m_queue->indexOf(task.id), names.size());
+        names.append(task.fileName);
+    }
+    QCOMPARE(names, expected);
+    QCOMPARE(m_queue->tasks()[1].originalSize, 10);
+    QCOMPARE(m_queue->tasks().last().originalSize, 22);
+    QCOMPARE(m_queue->firstPending(), 2); // each call starts one
 }
 
 void QueueTest::addFiles_takesTheSameFileTwice()
