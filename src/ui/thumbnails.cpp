@@ -8,14 +8,12 @@
 
 #include <QPromise>
 
+#include <algorithm>
 #include <limits>
 #include <memory>
 #include <utility>
 
 #include <fcntl.h>
-#ifdef Q_OS_LINUX
-#include <sys/resource.h>
-#endif
 
 namespace pixpress {
 
@@ -30,13 +28,12 @@ QImage toQImage(const Thumbnail &thumbnail)
         .copy();
 }
 
-/// Lets the window go first. Qt's priorities have no effect under Linux's usual scheduling; there
-/// the niceness of a thread has one, and libvips' own threads, which this one starts, inherit it.
-void yieldToTheWindow()
+/// A core is left to the window. A lower priority would say so better, but on Linux the threads
+/// that libvips begins for a thumbnail inherit it, and compress pictures later: beside other
+/// programs that are busy those would take many times as long, and seem to hang.
+int threadCount()
 {
-#ifdef Q_OS_LINUX
-    [[maybe_unused]] static thread_local const int lowered = ::setpriority(PRIO_PROCESS, 0, 10);
-#endif
+    return std::max(1, QThread::idealThreadCount() - 1);
 }
 
 } // namespace
@@ -51,7 +48,6 @@ QImage generateThumbnail(const QUrl &file, const std::atomic_bool &stopped)
 
 Thumbnails::Thumbnails()
 {
-    m_pool.setThreadPriority(QThread::LowPriority);
     m_pool.setMaxThreadCount(1); // until prepare() is done
 }
 
@@ -71,7 +67,7 @@ void Thumbnails::prepare()
     m_pool.start(
         [this] {
             makeThumbnail(-1, thumbnailPixels, m_stopped); // no picture, but all that one needs
-            m_pool.setMaxThreadCount(QThread::idealThreadCount());
+            m_pool.setMaxThreadCount(threadCount());
         },
         std::numeric_limits<int>::max());
 }
@@ -83,7 +79,6 @@ QFuture<QImage> Thumbnails::request(const QUrl &file)
     const auto promise = std::make_shared<QPromise<QImage>>();
     m_pool.start(
         [this, promise, file] {
-            yieldToTheWindow();
             promise->start();
             if (!promise->isCanceled())
                 promise->addResult(generateThumbnail(file, m_stopped));

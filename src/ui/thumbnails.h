@@ -21,9 +21,8 @@ namespace pixpress {
 /// is raised.
 QImage generateThumbnail(const QUrl &file, const std::atomic_bool &stopped);
 
-/// Makes thumbnails in the background, below normal priority and on no more threads than there are
-/// cores. What was asked for last comes first: that is what a person who scrolls is looking at.
-/// GUI thread only.
+/// Makes thumbnails in the background, with a core left to the window. What was asked for last
+/// comes first: that is what a person who scrolls is looking at. GUI thread only.
 class Thumbnails : public QObject
 {
     Q_OBJECT

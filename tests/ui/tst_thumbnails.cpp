@@ -5,6 +5,7 @@
 #include "ui/thumbnails.h"
 
 #include <QDeadlineTimer>
+#include <QDir>
 #include <QFile>
 #include <QImageWriter>
 #include <QTest>
@@ -12,6 +13,7 @@
 
 #include <algorithm>
 
+#include <sys/resource.h>
 #include <sys/stat.h>
 
 using namespace pixpress;
@@ -161,6 +163,19 @@ private Q_SLOTS:
         future = thumbnails.request(m_stage.file(u"b.png"_s));
         QTRY_VERIFY(future.isFinished());
         QVERIFY(future.result().isNull());
+    }
+
+    void threads_keepTheirPriority()
+    {
+        // libvips keeps those that it begins, and compresses pictures with them later.
+        Thumbnails thumbnails;
+        const QFuture<QImage> future = thumbnails.request(m_stage.picture(u"a.png"_s, 720, 360));
+        QTRY_VERIFY(future.isFinished());
+        const QStringList threads =
+            QDir(u"/proc/self/task"_s).entryList(QDir::Dirs | QDir::NoDotAndDotDot);
+        QVERIFY(threads.size() > 1);
+        for (const QString &thread : threads)
+            QCOMPARE(::getpriority(PRIO_PROCESS, thread.toUInt()), ::getpriority(PRIO_PROCESS, 0));
     }
 
     void lastAskedFor_comesFirstAndTheCancelledNotAtAll()
