@@ -323,6 +323,24 @@ ViewTest {
         verify(texts(view).includes("/first"));
     }
 
+    function test_focused_staysInViewWhenRowsAppearAboveIt() {
+        const view = show(component, { height: 300 });
+        view.height = 300;
+        const item = findChild(view, "preserveCopyright");
+        let flickable = item.parent;
+        while (flickable.contentHeight === undefined)
+            flickable = flickable.parent;
+        const before = flickable.contentHeight;
+        item.forceActiveFocus(Qt.TabFocusReason);
+        const isInView = () => placeOf(item, view).y >= 0 && placeOf(item, view).bottom <= 300;
+        tryVerify(isInView);
+        options().resizeEnabled = true;
+        options().convertEnabled = true;
+        options().convertFormat = 1;
+        tryVerify(() => flickable.contentHeight > before + 200);
+        tryVerify(isInView);
+    }
+
     function test_tab_goesThroughAllControlsAndScrollsThemIntoView() {
         const view = show(component, { height: 300 });
         view.height = 300;

@@ -3,14 +3,19 @@
 
 import QtQuick
 
-/// Scrolls so far that the control that has just got the keyboard can be seen.
+/// Scrolls so far that the control that has the keyboard can be seen, when it has just got it or what
+/// is above it has become longer.
 QtObject {
     id: root
 
     required property Flickable flickable
     readonly property Item focused: flickable.Window.activeFocusItem
+    readonly property real contentHeight: flickable.contentHeight
 
-    onFocusedChanged: {
+    onFocusedChanged: follow()
+    onContentHeightChanged: follow()
+
+    function follow() {
         for (let item = focused; item; item = item.parent) {
             if (item === flickable.contentItem) {
                 reveal();
