@@ -139,7 +139,7 @@ Item {
             anchors.leftMargin: 12
             anchors.verticalCenter: parent.verticalCenter
             width: row.width - thumbnail.width - 2 * 12 - trailing.width - trailing.anchors.rightMargin
-            height: fileName.height + 3 + Math.max(originalSize.height, status.height)
+            height: fileName.height + 3 + Math.max(originalSize.height, statusLabel.height)
 
             Text {
                 id: fileName
@@ -155,7 +155,7 @@ Item {
                 textFormat: Text.PlainText
             }
             SymbolLabel {
-                id: status
+                id: statusLabel
 
                 objectName: "status"
                 anchors.left: originalSize.right
@@ -172,7 +172,7 @@ Item {
                 id: originalSize
 
                 anchors.left: parent.left
-                anchors.verticalCenter: status.verticalCenter
+                anchors.verticalCenter: statusLabel.verticalCenter
                 text: root.originalSize
                 font: Theme.caption
                 color: Theme.secondary
@@ -221,6 +221,18 @@ Item {
             controlHeight: Theme.smallControl
             focusPolicy: root.isCurrent || activeFocus ? Qt.StrongFocus : Qt.ClickFocus
             onClicked: root.retry()
+
+            HoverHandler {
+                id: pointer
+
+                parent: statusLabel
+            }
+            HelpTip { // what the row has no room for
+                objectName: "wholeFailure"
+                parent: statusLabel
+                text: root.statusText
+                shown: pointer.hovered && statusLabel.truncated
+            }
         }
     }
     Component {

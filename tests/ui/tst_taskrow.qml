@@ -162,6 +162,29 @@ ViewTest {
         compare(row.implicitHeight, 53);
     }
 
+    function test_longFailure_isToldWholeUnderThePointer() {
+        const sentence = "It did not work out, and nobody knows why. ".repeat(8);
+        const row = failed({ statusText: sentence });
+        const status = findChild(row, "status");
+        verify(status.truncated);
+        mouseMove(status, 40, 5);
+        const tip = () => shown(root.Window.contentItem).filter(item => item.text === sentence && item.wrapMode === Text.Wrap)[0];
+        tryVerify(() => !!tip());
+        compare(tip().truncated, false);
+        verify(tip().lineCount > 1);
+        verify(tip().contentWidth <= tip().width);
+        verify(tip().contentHeight <= tip().height);
+        mouseMove(root, 1, 600);
+        tryVerify(() => !tip());
+    }
+
+    function test_shortFailure_needsNoTip() {
+        const row = failed();
+        mouseMove(findChild(row, "status"), 5, 5);
+        compare(findChild(row, "status").truncated, false);
+        compare(findChild(row, "wholeFailure").active, false);
+    }
+
     function test_failureOfSeveralLines_staysOnOneLine() {
         const row = failed({ statusText: "It did not work out.\nWhy, nobody knows.\n" });
         compare(withText(row, row.statusText).lineCount, 1);

@@ -29,7 +29,7 @@ Loader {
         y: root.height + 6
         margins: 6
         padding: 6
-        implicitWidth: implicitContentWidth + leftPadding + rightPadding
+        implicitWidth: Math.min(Math.ceil(implicitContentWidth), Theme.scaled(360)) + leftPadding + rightPadding
         implicitHeight: implicitContentHeight + topPadding + bottomPadding
         closePolicy: T.Popup.NoAutoClose
 
@@ -37,6 +37,7 @@ Loader {
             text: tip.text
             font: Theme.subheadline
             color: Theme.primary
+            wrapMode: Text.Wrap
             textFormat: Text.PlainText
         }
         background: Rectangle {

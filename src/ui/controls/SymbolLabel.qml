@@ -14,6 +14,7 @@ Item {
     property color color: Theme.primary
     property int wrapMode: Text.NoWrap
     property real spacing: 4
+    readonly property alias truncated: label.truncated
     readonly property real textX: symbol === "" ? 0 : picture.size + (text === "" ? 0 : spacing)
 
     implicitWidth: textX + Math.ceil(label.implicitWidth)
