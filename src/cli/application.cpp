@@ -83,7 +83,7 @@ int runLocally(QCoreApplication &app, const Arguments &arguments)
 
 } // namespace
 
-int runApplication(int argc, char *argv[], const ServiceConfig &remoteService)
+int runApplication(int argc, char **argv, const ServiceConfig &remoteService)
 {
     useUtf8();
     QCoreApplication app(argc, argv);

@@ -8,6 +8,6 @@
 namespace pixpress::cli {
 
 /// All that the program does; returns its exit status. `remoteService` is where --remote leads.
-int runApplication(int argc, char *argv[], const ServiceConfig &remoteService = {});
+int runApplication(int argc, char **argv, const ServiceConfig &remoteService = {});
 
 } // namespace pixpress::cli

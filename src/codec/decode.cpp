@@ -54,7 +54,7 @@ bool isProfileSrgb(const VImage &image)
                   .cast(VIPS_FORMAT_INT)
                   .bandjoin((index / steps).cast(VIPS_FORMAT_INT) % steps)
                   .bandjoin(index % steps);
-    colours = (colours * (255 / (steps - 1)))
+    colours = (colours * (255.0 / (steps - 1)))
                   .cast(VIPS_FORMAT_UCHAR)
                   .copy(VImage::option()->set("interpretation", VIPS_INTERPRETATION_sRGB));
     const void *profile = nullptr;

@@ -25,7 +25,7 @@ std::expected<void, QString> BuiltInService::start()
 void BuiltInService::serve()
 {
     m_knock->setEnabled(false);
-    if (module())
+    if (m_listener && module())
         m_service = (*module())->serve(std::move(m_key), std::move(*m_listener));
     m_listener.reset();
 }

@@ -27,12 +27,12 @@ std::optional<Store::Entry> Store::find(const QByteArray &id) const
     return found == m_entries.constEnd() ? std::nullopt : std::optional(*found);
 }
 
-QByteArray Store::add(Entry entry)
+QByteArray Store::add(const Entry &entry)
 {
     QByteArray id = newId();
     const std::lock_guard lock(m_mutex);
     m_bytes += entry.bytes();
-    m_entries.insert(id, std::move(entry));
+    m_entries.insert(id, entry);
     m_oldestFirst.push_back(id);
     while (m_bytes > m_maxBytes && m_oldestFirst.size() > 1) {
         m_bytes -= m_entries.take(m_oldestFirst.front()).bytes();

@@ -33,7 +33,7 @@ public:
     std::optional<Entry> find(const QByteArray &id) const;
 
     /// Keeps the entry and returns its id, 128 random bits in hexadecimal.
-    QByteArray add(Entry entry);
+    QByteArray add(const Entry &entry);
 
 private:
     const qint64 m_maxBytes;

@@ -79,7 +79,7 @@ Outcome parseConvert(const QJsonObject &convert, RequestOptions &options)
         if (!options.convert.contains(format))
             options.convert.append(format);
     };
-    for (const QJsonValue &entry : types) {
+    for (const QJsonValue entry : types) {
         const auto format = fromRawValue<ImageFormat>(entry.toString());
         if (entry == "*/*"_L1)
             std::ranges::for_each(allCases<ImageFormat>(), add);
@@ -121,7 +121,7 @@ Outcome parseTransform(const QJsonObject &transform, RequestOptions &options)
 
 Outcome parsePreserve(const QJsonArray &preserve, RequestOptions &options)
 {
-    for (const QJsonValue &entry : preserve) {
+    for (const QJsonValue entry : preserve) {
         if (entry == "copyright"_L1)
             options.preserve.copyright = true;
         else if (entry == "creation"_L1)

@@ -62,7 +62,7 @@ bool putAside(const QString &path)
     QFile::remove(aside);
     if (!QFile::copy(path, aside)) // which copies the permissions too
         return false;
-    qWarning("The settings in \"%s\" are damaged. What was there is in \"%s\" now.",
+    qWarning(R"(The settings in "%s" are damaged. What was there is in "%s" now.)",
              qUtf8Printable(path), qUtf8Printable(aside));
     return true;
 }

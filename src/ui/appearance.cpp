@@ -60,7 +60,7 @@ QString Appearance::family() const
 
 QString Appearance::fixedFamily() const
 {
-    const QString ownChoice = u"JetBrains Mono"_s;
+    QString ownChoice = u"JetBrains Mono"_s;
     if (!isFontSetByDesktop() && QFontDatabase::hasFamily(ownChoice))
         return ownChoice;
     return QFontDatabase::systemFont(QFontDatabase::FixedFont).family();

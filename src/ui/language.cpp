@@ -27,7 +27,8 @@ void install(QCoreApplication &application, const QString &catalogue, const QStr
 {
     auto translator = std::make_unique<QTranslator>(&application);
     if (translator->load(catalogue, from) && application.installTranslator(translator.get()))
-        translator.release(); // the application's, as its child
+        [[maybe_unused]]
+        auto *child = translator.release(); // the application's, which deletes it
 }
 
 } // namespace

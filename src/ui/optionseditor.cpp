@@ -177,7 +177,7 @@ void OptionsEditor::setDestination(int index)
 void OptionsEditor::chooseFolder()
 {
     if (const auto folder = m_chooseFolder())
-        set(&CompressionOptions::customFolderURL, std::optional(*folder));
+        set(&CompressionOptions::customFolderURL, folder);
 }
 
 } // namespace pixpress

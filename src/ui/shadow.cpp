@@ -6,6 +6,7 @@
 #include <QPainter>
 
 #include <cmath>
+#include <numbers>
 
 namespace pixpress {
 
@@ -35,7 +36,7 @@ void Shadow::paint(QPainter *painter)
         for (int x = 0; x < image.width(); ++x) {
             const qreal distance =
                 distanceOutside(QPointF(x + 0.5, y + 0.5) - centre, half, m_radius);
-            const qreal coverage = std::erfc(distance / deviation / std::sqrt(2.0)) / 2;
+            const qreal coverage = std::erfc(distance / deviation / std::numbers::sqrt2) / 2;
             QColor colour = m_color;
             colour.setAlphaF(static_cast<float>(m_color.alphaF() * coverage));
             line[x] = qPremultiply(colour.rgba());

@@ -22,8 +22,8 @@ double textScale(const DesktopText &desktop)
     double scale = 1;
     if (!desktop.isInScreenScale && std::isfinite(desktop.factor))
         scale *= desktop.factor;
-    if (desktop.points.value_or(0) > largestUsualPoints)
-        scale *= *desktop.points / usualPoints;
+    if (const double points = desktop.points.value_or(0); points > largestUsualPoints)
+        scale *= points / usualPoints;
     return std::clamp(scale, 1.0, 2.0);
 }
 
