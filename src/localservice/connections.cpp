@@ -17,14 +17,12 @@ thread_local bool closesAfterAnswer = false;
 /// A connection that is accepted only to be closed, as too many wait already.
 thread_local bool isRefusing = false;
 
-/// When the connection began that the thread takes up.
-thread_local ConnectionStream::Clock::time_point accepted;
-
 } // namespace
 
 struct ConnectionServer::Connection
 {
     socket_t socket;
+    ConnectionStream::Clock::time_point accepted = {};
     /// Between two requests. Not before the first, which is on its way: a new connection is not
     /// ended to make room for the next. Guarded by the server's mutex.
     bool isIdle = false;
@@ -43,12 +41,8 @@ public:
 
     void enqueue(std::function<void()> task) override
     {
-        const auto now = ConnectionStream::Clock::now();
         if (m_server.makeRoom())
-            return m_pool.start([task = std::move(task), now] {
-                accepted = now;
-                task();
-            });
+            return m_pool.start(std::move(task));
         isRefusing = true;
         task();
         isRefusing = false;
@@ -104,12 +98,14 @@ void ConnectionServer::closeAfterAnswer()
 
 bool ConnectionServer::makeRoom()
 {
+    const auto now = ConnectionStream::Clock::now();
     std::unique_lock lock(m_mutex);
     // The next ones wait in the system's own queue meanwhile.
     m_ends.wait(lock,
                 [this] { return m_stopping || m_openCount < m_limits.threads + m_limits.waiting; });
     if (m_stopping)
         return false;
+    m_accepted.push_back(now);
     ++m_openCount;
     if (m_openCount <= m_limits.threads)
         return true;
@@ -134,6 +130,8 @@ bool ConnectionServer::process_and_close_socket(socket_t socket)
     std::list<Connection *>::iterator self;
     {
         const std::lock_guard lock(m_mutex);
+        connection.accepted = m_accepted.front();
+        m_accepted.pop_front();
         self = m_connections.insert(m_connections.end(), &connection);
         isWanted = !m_stopping;
     }
@@ -158,7 +156,7 @@ bool ConnectionServer::serve(Connection &connection)
         m_connections.splice(m_connections.end(), m_connections, self);
         return !m_stopping && (!isIdle || m_openCount <= m_limits.threads);
     };
-    ConnectionStream stream(connection.socket, accepted, m_limits, m_openCount);
+    ConnectionStream stream(connection.socket, connection.accepted, m_limits, m_openCount);
     while (stream.awaitRequest()) {
         if (!setIdle(false))
             return false;

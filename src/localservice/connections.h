@@ -9,6 +9,7 @@
 
 #include <atomic>
 #include <condition_variable>
+#include <deque>
 #include <list>
 #include <mutex>
 
@@ -51,8 +52,10 @@ private:
     const ConnectionLimits m_limits;
     std::mutex m_mutex;
     std::list<Connection *> m_connections; ///< Those idle for the longest time first.
-    std::atomic<size_t> m_openCount = 0;   ///< With those that wait for a thread.
-    std::condition_variable m_ends;        ///< Told when a connection has, or all are to.
+    /// Those of the connections that wait for a thread, which are taken up in their turn.
+    std::deque<ConnectionStream::Clock::time_point> m_accepted;
+    std::atomic<size_t> m_openCount = 0; ///< With those that wait for a thread.
+    std::condition_variable m_ends;      ///< Told when a connection has, or all are to.
     bool m_stopping = false;
     bool m_ended = false;
 };
