@@ -6,8 +6,15 @@
 #include "model/formats.h"
 
 #include <QPainter>
+#include <QTimerEvent>
 
 namespace pixpress {
+
+namespace {
+
+constexpr int threeFrames = 50; // milliseconds, of 60 frames a second
+
+} // namespace
 
 ThumbnailItem::ThumbnailItem(QQuickItem *parent) : QQuickPaintedItem(parent)
 {
@@ -55,7 +62,16 @@ void ThumbnailItem::componentComplete()
 void ThumbnailItem::load()
 {
     m_watcher.cancel();
+    m_watcher.setFuture({}); // what is done already, and about to be told, is no longer wanted
     setImage({});
+    m_untilRequest.start(threeFrames, this);
+}
+
+void ThumbnailItem::timerEvent(QTimerEvent *event)
+{
+    if (event->timerId() != m_untilRequest.timerId())
+        return QQuickPaintedItem::timerEvent(event);
+    m_untilRequest.stop();
     if (m_thumbnails)
         m_watcher.setFuture(m_thumbnails->request(m_url));
 }

@@ -5,6 +5,7 @@
 
 #include "ui/thumbnails.h"
 
+#include <QBasicTimer>
 #include <QFutureWatcher>
 #include <QPointer>
 #include <QQuickPaintedItem>
@@ -12,8 +13,10 @@
 namespace pixpress {
 
 /// Paints a tile with rounded corners, and the thumbnail of an image file over it once that is
-/// there, filling the item, what sticks out cut off. Withdraws its request when the address changes
-/// or it is deleted.
+/// there, filling the item, what sticks out cut off. Asks for it when the address has stayed for
+/// three frames, and withdraws the request when the address changes or the item is deleted: while a
+/// list is scrolled fast, no picture is read for a row that is gone with the next frame, and the
+/// processors are left to the frames.
 class ThumbnailItem : public QQuickPaintedItem
 {
     Q_OBJECT
@@ -45,6 +48,7 @@ Q_SIGNALS:
 
 protected:
     void componentComplete() override;
+    void timerEvent(QTimerEvent *event) override;
 
 private:
     void load();
@@ -55,6 +59,7 @@ private:
     qreal m_radius = 0;
     QColor m_tileColor = Qt::transparent;
     QImage m_image;
+    QBasicTimer m_untilRequest;
     QFutureWatcher<QImage> m_watcher;
 };
 

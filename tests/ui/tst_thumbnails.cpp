@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
 #include "stage.h"
+#include "ui/thumbnailitem.h"
 #include "ui/thumbnails.h"
 
 #include <QDeadlineTimer>
@@ -13,6 +14,7 @@
 
 #include <algorithm>
 
+#include <sys/inotify.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
 
@@ -209,6 +211,35 @@ private Q_SLOTS:
                  "the last asked for are the first made");
         for (int index = 0; index < 10; ++index)
             QVERIFY(!order.contains(index) && asked[index].resultCount() == 0);
+    }
+
+    void pictureInViewForAMoment_isNotOpened()
+    {
+        const QUrl passed = m_stage.picture(u"passed.png"_s, 100, 100);
+        const QUrl other = m_stage.picture(u"other.png"_s, 100, 100);
+        QFile openings;
+        QVERIFY(openings.open(::inotify_init1(IN_NONBLOCK | IN_CLOEXEC), QFile::ReadOnly,
+                              QFile::AutoCloseHandle));
+        QVERIFY(::inotify_add_watch(openings.handle(), QFile::encodeName(passed.toLocalFile()),
+                                    IN_OPEN) >= 0);
+        const auto hasBeenOpened = [&] {
+            inotify_event event;
+            return ::read(openings.handle(), &event, sizeof event) > 0;
+        };
+        Thumbnails thumbnails;
+        ThumbnailItem item;
+        item.setProperty("thumbnails", QVariant::fromValue(&thumbnails));
+
+        item.setUrl(passed);
+        for (int round = 0; round < 20; ++round) // were it asked for, it would come among these
+            thumbnails.request(other).waitForFinished();
+        item.setUrl(other);
+        QTRY_VERIFY(item.isReady());
+        QVERIFY(!hasBeenOpened());
+
+        item.setUrl(passed);
+        QTRY_VERIFY(item.isReady());
+        QVERIFY(hasBeenOpened());
     }
 
     void destruction_waitsForNoLongPicture()
