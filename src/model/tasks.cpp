@@ -4,12 +4,27 @@
 #include "model/tasks.h"
 
 #include <QFileInfo>
+#include <QRandomGenerator>
 
+#include <array>
 #include <cmath>
+#include <span>
 
 namespace pixpress {
 
 namespace {
+
+/// A random identifier (version 4, variant 1 of RFC 4122). QUuid::createUuid() asks the system for
+/// each, which takes longer than all the rest of a task but its file's size; it need not be secret.
+QUuid freshId()
+{
+    std::array<quint32, 4> bits;
+    QRandomGenerator::global()->fillRange(bits.data(), bits.size());
+    QUuid id = QUuid::fromRfc4122(QByteArrayView(std::as_bytes(std::span(bits))));
+    id.data3 = (id.data3 & 0x0fff) | 0x4000;
+    id.data4[0] = (id.data4[0] & 0x3f) | 0x80;
+    return id;
+}
 
 /// A list of thousands is made while the window waits, so what is rarely needed is left out.
 QString lastComponent(const QUrl &url)
@@ -46,7 +61,7 @@ bool hasEnded(const TaskStatus &status)
 }
 
 CompressionTask::CompressionTask(const QUrl &sourceURL, const CompressionOptions &options)
-    : id(QUuid::createUuid()),
+    : id(freshId()),
       sourceURL(sourceURL),
       fileName(lastComponent(sourceURL)),
       originalSize(QFileInfo(sourceURL.toLocalFile()).size()),

@@ -41,6 +41,14 @@ bool isWhole(const QString &path)
     return QDir::isAbsolutePath(path) && !path.startsWith(u':') && !path.contains(QChar(0));
 }
 
+/// Whether the address says the path and nothing else, and says it in plain letters. Making it anew
+/// would then only take time, which the window waits for when thousands are dropped.
+bool isPlain(const QUrl &url, const QString &path)
+{
+    return url.authority().isEmpty() && !url.hasQuery() && !url.hasFragment() &&
+           url.path(QUrl::PrettyDecoded) == path;
+}
+
 } // namespace
 
 bool hasFile(const QList<QUrl> &dragged)
@@ -51,12 +59,13 @@ bool hasFile(const QList<QUrl> &dragged)
 QList<QUrl> supportedFiles(const QList<QUrl> &dropped)
 {
     QList<QUrl> supported;
+    supported.reserve(dropped.size());
     for (const QUrl &url : dropped) {
         if (!isOnThisMachine(url))
             continue;
         const QString path = pathOf(url);
         if (isSupported(path.mid(path.lastIndexOf(u'/') + 1)) && isWhole(path))
-            supported.append(QUrl::fromLocalFile(path));
+            supported.append(isPlain(url, path) ? url : QUrl::fromLocalFile(path));
     }
     return supported;
 }

@@ -62,6 +62,7 @@ void TasksTest::newTask_isPendingWithItsFilesSize()
 
     QVERIFY(!task.id.isNull());
     QCOMPARE(task.id.version(), QUuid::Random);
+    QCOMPARE(task.id.variant(), QUuid::DCE);
     QCOMPARE(task.sourceURL, url);
     QCOMPARE(task.fileName, u"a.png"_s);
     QCOMPARE(task.originalSize, 5);

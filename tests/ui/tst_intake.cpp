@@ -42,6 +42,12 @@ private Q_SLOTS:
         row("file://localhost/a/b.png", "/a/b.png");
         row("file:///a/.png.webp", "/a/.png.webp");
         row("file:///a%2Fb.png", "/a/b.png");
+        row("file:/a/b.png", "/a/b.png");
+        row("file:///a/b.png?c.jpg", "/a/b.png");
+        row("file:///a/b.png#c.jpg", "/a/b.png");
+        row("file://somebody@/a/b.png", "/a/b.png");
+        row("file:////a/b.png", "/a/b.png");
+        row("file:///a/../b.png", "/a/../b.png");
 
         row("file:///a/notes.txt", "");
         row("file:///a/folder/", "");
@@ -68,10 +74,12 @@ private Q_SLOTS:
         QFETCH(QByteArray, url);
         QFETCH(QString, path);
         m_stage.app()->handleDrop({QUrl::fromEncoded(url)});
-        QStringList paths;
+        QStringList addresses;
         for (const CompressionTask &task : tasks())
-            paths.append(task.sourceURL.toLocalFile());
-        QCOMPARE(paths.join(u'\n'), path);
+            addresses.append(task.sourceURL.toString(QUrl::FullyEncoded));
+        // As if the path alone had been given, however the address was written.
+        QCOMPARE(addresses.join(u'\n'),
+                 QUrl::fromLocalFile(path).toString(QUrl::FullyEncoded));
         QCOMPARE(m_stage.batches.size(), path.isEmpty() ? 0 : 1);
     }
 
