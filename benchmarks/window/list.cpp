@@ -24,9 +24,6 @@
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 
-// The types of the views, which are in a static library.
-void qml_register_types_Pixpress();
-
 namespace {
 
 constexpr std::chrono::milliseconds calm = 500ms; // without a frame: nothing goes on any more
@@ -152,15 +149,14 @@ int run(TimedApplication &application)
     for (const QString &name : folder.entryList(QDir::Files, QDir::Name))
         files += QUrl::fromLocalFile(folder.filePath(name));
 
-    qml_register_types_Pixpress();
     const bench::Server server;
     pixpress::TransientSettings settings;
     pixpress::KeychainHelper::saveAPIKey(settings, u"key"_s);
     pixpress::PixpressApp app(settings, {.baseURL = server.url(), .limits = {}});
-    QQmlApplicationEngine engine;
-    if (!app.show(engine))
+    const auto engine = application.takeEngine();
+    if (!app.show(*engine))
         throw bench::Failure(u"There is no window."_s);
-    auto &window = *qobject_cast<QQuickWindow *>(engine.rootObjects().constFirst());
+    auto &window = *qobject_cast<QQuickWindow *>(engine->rootObjects().constFirst());
     settle(application, [&] { return window.isExposed(); });
 
     double longestStall = 0;

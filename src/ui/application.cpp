@@ -5,6 +5,7 @@
 
 #include "ui/accessibleitem.h"
 #include "ui/appearance.h"
+#include "ui/engine.h"
 #include "ui/language.h"
 #include "ui/pixpressapp.h"
 
@@ -17,10 +18,6 @@
 #include <QQuickWindow>
 
 using namespace Qt::StringLiterals;
-
-// The types of the views are registered by a function that only a reference brings into the
-// program, since it is in a static library.
-void qml_register_types_Pixpress();
 
 namespace pixpress {
 
@@ -66,7 +63,8 @@ int &prepared(int &argc)
 
 } // namespace
 
-Application::Application(int &argc, char **argv) : QGuiApplication(prepared(argc), argv)
+Application::Application(int &argc, char **argv)
+    : QGuiApplication(prepared(argc), argv), m_engine(makeEngine())
 {
     installAccessibleItems();
     chooseFont();
@@ -74,12 +72,18 @@ Application::Application(int &argc, char **argv) : QGuiApplication(prepared(argc
     setWindowIcon(ownIcon());
 }
 
+Application::~Application() = default;
+
+std::unique_ptr<QQmlApplicationEngine> Application::takeEngine()
+{
+    return std::move(m_engine);
+}
+
 int Application::run(SettingsStore &settings, const ServiceConfig &service)
 {
-    qml_register_types_Pixpress();
     PixpressApp app(settings, service);
-    QQmlApplicationEngine engine;
-    if (!app.show(engine))
+    const auto engine = takeEngine();
+    if (!app.show(*engine))
         return EXIT_FAILURE;
     app.openFiles(filesToOpen());
     return exec();

@@ -8,6 +8,10 @@
 
 #include <QGuiApplication>
 
+#include <memory>
+
+class QQmlApplicationEngine;
+
 namespace pixpress {
 
 /// The process of a desktop application: the toolkit, set up as this program wants it.
@@ -15,10 +19,17 @@ class Application : public QGuiApplication
 {
 public:
     Application(int &argc, char **argv);
+    ~Application() override;
 
     /// Shows the window, adds the files that the command line names, and runs until it is closed.
     /// Returns the exit status.
     int run(SettingsStore &settings, const ServiceConfig &service);
+
+    /// The engine that run() would use, which must be destroyed before what its window shows.
+    std::unique_ptr<QQmlApplicationEngine> takeEngine();
+
+private:
+    std::unique_ptr<QQmlApplicationEngine> m_engine;
 };
 
 } // namespace pixpress

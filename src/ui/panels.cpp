@@ -3,6 +3,8 @@
 
 #include "ui/panels.h"
 
+#include "ui/engine.h"
+
 #include <QCoreApplication>
 #include <QDir>
 #include <QEventLoop>
@@ -74,7 +76,7 @@ QVariant Panels::run(const QString &type, const QVariantMap &properties, const c
 {
     if (!m_engine || !m_window)
         return {};
-    QQmlComponent component(m_engine, QUrl(u"qrc:/qt/qml/Pixpress/%1.qml"_s.arg(type)));
+    QQmlComponent component(m_engine, viewURL(type));
     const std::unique_ptr<QObject> panel(component.createWithInitialProperties(properties));
     if (!panel) {
         qWarning("%s", qUtf8Printable(component.errorString()));

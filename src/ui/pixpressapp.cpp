@@ -4,10 +4,10 @@
 #include "ui/pixpressapp.h"
 
 #include "ui/droppedfiles.h"
+#include "ui/engine.h"
 #include "ui/intake.h"
 
 #include <QQmlApplicationEngine>
-#include <QQmlComponent>
 #include <QQuickWindow>
 #include <QTimer>
 
@@ -22,15 +22,6 @@ namespace {
 
 /// By then the window shows, also on a slow machine.
 constexpr auto readAheadDelay = 300ms;
-
-/// Reads in the background what the window has not needed yet, so that the first drop does not have
-/// to wait for it. The components keep it.
-void readAhead(QQmlEngine *engine)
-{
-    for (const auto *view : {"TaskListView", "SettingsSheet"})
-        new QQmlComponent(engine, QUrl(u"qrc:/qt/qml/Pixpress/%1.qml"_s.arg(QLatin1String(view))),
-                          QQmlComponent::Asynchronous, engine);
-}
 
 } // namespace
 
@@ -53,15 +44,15 @@ PixpressApp::~PixpressApp() = default;
 
 bool PixpressApp::show(QQmlApplicationEngine &engine)
 {
-    engine.addImportPath(u"qrc:/qt/qml"_s);
     engine.setInitialProperties({{u"app"_s, QVariant::fromValue(this)}});
-    engine.load(QUrl(u"qrc:/qt/qml/Pixpress/PixpressWindow.qml"_s));
+    engine.load(viewURL(u"PixpressWindow"_s));
     auto *window = qobject_cast<QQuickWindow *>(engine.rootObjects().value(0));
     if (!window)
         return false;
     m_panels.setWindow(&engine, window);
     QTimer::singleShot(readAheadDelay, &engine, [this, &engine] {
-        readAhead(&engine);
+        readAhead(engine, u"TaskListView"_s);
+        readAhead(engine, u"SettingsSheet"_s);
         m_thumbnails.prepare();
     });
     // Once the window exists: also when it was started from a terminal it shall be in front.

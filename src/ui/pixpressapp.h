@@ -55,8 +55,8 @@ public:
     /// another is as good as cancelled.
     bool isPanelOpen() const { return m_isPanelOpen; }
 
-    /// Opens the main window, in front of the others. `engine` must outlive it; false when the
-    /// window cannot be made.
+    /// Opens the main window, in front of the others. `engine`, which is makeEngine()'s, must
+    /// outlive it; false when the window cannot be made.
     bool show(QQmlApplicationEngine &engine);
 
     /// Adds the files that the program was started with, once there is a key.

@@ -7,8 +7,6 @@
 
 using namespace Qt::StringLiterals;
 
-void qml_register_types_Pixpress();
-
 namespace pixpress::test {
 
 namespace {
@@ -26,11 +24,10 @@ void addShown(QQuickItem *item, QList<QQuickItem *> &items)
 
 Scene::Scene(const QString &key, QSize size)
 {
-    qml_register_types_Pixpress();
     stage.start(key);
-    if (!stage.app()->show(engine))
+    if (!stage.app()->show(*engine))
         qFatal("There is no window.");
-    window = qobject_cast<QQuickWindow *>(engine.rootObjects().first());
+    window = qobject_cast<QQuickWindow *>(engine->rootObjects().first());
     window->resize(size);
     if (!QTest::qWaitForWindowExposed(window))
         qFatal("The window does not show.");

@@ -4,6 +4,7 @@
 #pragma once
 
 #include "stage.h"
+#include "ui/engine.h"
 
 #include <QQmlApplicationEngine>
 #include <QQuickItem>
@@ -26,7 +27,7 @@ struct Scene
     void closePopups() const;
 
     Stage stage;
-    QQmlApplicationEngine engine;
+    std::unique_ptr<QQmlApplicationEngine> engine = makeEngine();
     QQuickWindow *window = nullptr;
 };
 

@@ -78,8 +78,7 @@ private Q_SLOTS:
         for (const CompressionTask &task : tasks())
             addresses.append(task.sourceURL.toString(QUrl::FullyEncoded));
         // As if the path alone had been given, however the address was written.
-        QCOMPARE(addresses.join(u'\n'),
-                 QUrl::fromLocalFile(path).toString(QUrl::FullyEncoded));
+        QCOMPARE(addresses.join(u'\n'), QUrl::fromLocalFile(path).toString(QUrl::FullyEncoded));
         QCOMPARE(m_stage.batches.size(), path.isEmpty() ? 0 : 1);
     }
 

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
 #include "pipeline/settings.h"
+#include "ui/engine.h"
 #include "ui/pixpressapp.h"
 
 #include <QDir>
@@ -13,8 +14,6 @@
 
 using namespace pixpress;
 using namespace Qt::StringLiterals;
-
-void qml_register_types_Pixpress();
 
 /// The panels that the user picks files and folders in, as Qt draws them where a desktop has none.
 class PanelsTest : public QObject
@@ -79,7 +78,6 @@ void PanelsTest::initTestCase()
     QVERIFY(m_home.isValid());
     qputenv("HOME", m_home.path().toLocal8Bit());
     qunsetenv("XDG_CONFIG_HOME");
-    qml_register_types_Pixpress();
 }
 
 void PanelsTest::init()
@@ -94,7 +92,7 @@ void PanelsTest::init()
     m_settings.setValue(u"pixpress_api_key"_s, u"key"_s);
     m_app = std::make_unique<PixpressApp>(
         m_settings, ServiceConfig{.baseURL = QUrl(u"http://127.0.0.1:1"_s), .limits = {}});
-    m_engine = std::make_unique<QQmlApplicationEngine>();
+    m_engine = makeEngine();
     QVERIFY(m_app->show(*m_engine));
     m_window = qobject_cast<QQuickWindow *>(m_engine->rootObjects().first());
     QVERIFY(QTest::qWaitForWindowExposed(m_window));
