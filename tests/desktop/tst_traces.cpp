@@ -8,11 +8,14 @@
 #include <QDirIterator>
 #include <QTest>
 
+#include <algorithm>
+
 using namespace pixpress::test;
 using namespace Qt::StringLiterals;
 
 /// What a session leaves on the disk: the pictures that were asked for, and the settings. Nowhere
-/// else the name of a picture or of its folder.
+/// else the name of a picture or of its folder; and nowhere at all the key that pixpress-offline
+/// makes for itself.
 class TracesTest : public QObject
 {
     Q_OBJECT
@@ -22,18 +25,54 @@ private Q_SLOTS:
     void cleanup();
 
     void offline_leavesTheCountAlone();
+    void offlineKey_isInTheMemoryOnly();
     void remote_leavesTheKeyAndTheCount();
 
 private:
     void start(const QString &executable, const QStringList &arguments);
     /// Everything a person does with files, and with the window.
     void live();
+    /// The files below the home that have one of these in them, or in their name.
+    QStringList filesWith(const QByteArrayList &marks) const;
     QStringList traces() const;
 
     const QString m_mark = u"Ostsee4711"_s; ///< In each name and each folder's.
     std::unique_ptr<Desktop> m_desktop;
     std::unique_ptr<Program> m_program;
 };
+
+namespace {
+
+/// The key that a pixpress-offline has sent to itself, as the request for a compression stands in
+/// its memory: "Basic", and in base64 "api:" and the key. Empty when there is none.
+QByteArray keyInMemory(qint64 processId)
+{
+    QFile maps(u"/proc/%1/maps"_s.arg(processId));
+    QFile memory(u"/proc/%1/mem"_s.arg(processId));
+    if (!maps.open(QIODevice::ReadOnly) ||
+        !memory.open(QIODevice::ReadOnly | QIODevice::Unbuffered))
+        return {};
+    constexpr qint64 largest = 1 << 28; // of what a program fills; sanitizers reserve terabytes
+    for (QByteArray line = maps.readLine(); !line.isEmpty(); line = maps.readLine()) {
+        const QByteArrayList words = line.simplified().split(' ');
+        const QByteArrayList bounds = words.value(0).split('-');
+        const qint64 begin = bounds.value(0).toLongLong(nullptr, 16);
+        const qint64 size = bounds.value(1).toLongLong(nullptr, 16) - begin;
+        if (!words.value(1).startsWith("rw") || size > largest || !memory.seek(begin))
+            continue;
+        const QByteArray content = memory.read(size);
+        const QByteArray start = "Basic " + QByteArray("api:").toBase64().first(5);
+        for (qsizetype at = content.indexOf(start); at >= 0; at = content.indexOf(start, at + 1)) {
+            constexpr qsizetype length = (4 + 64) / 3 * 4 + 4; // of what is 68 bytes in base64
+            const auto credentials = QByteArray::fromBase64(content.mid(at + 6, length));
+            if (credentials.size() == 4 + 64)
+                return credentials.mid(4);
+        }
+    }
+    return {};
+}
+
+} // namespace
 
 void TracesTest::init()
 {
@@ -83,26 +122,33 @@ void TracesTest::live()
     QCOMPARE(m_program->exitStatus(), 0);
 }
 
-QStringList TracesTest::traces() const
+QStringList TracesTest::filesWith(const QByteArrayList &marks) const
 {
     const QDir home(m_desktop->environment().value(u"HOME"_s));
-    const QByteArray utf8 = m_mark.toUtf8();
-    const QByteArray utf16(reinterpret_cast<const char *>(m_mark.utf16()), m_mark.size() * 2);
     QStringList found;
     QDirIterator all(home.path(),
                      QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot,
                      QDirIterator::Subdirectories);
     while (all.hasNext()) {
         const QString path = home.relativeFilePath(all.next());
-        if (path.startsWith(u"files/") || path.startsWith(u"Pictures/"))
-            continue;
         QFile file(all.filePath());
         const QByteArray content = all.fileInfo().isFile() && file.open(QIODevice::ReadOnly)
                                        ? file.readAll()
                                        : QByteArray();
-        if (path.contains(m_mark) || content.contains(utf8) || content.contains(utf16))
+        const QByteArray both = path.toUtf8() + '\0' + content;
+        if (std::ranges::any_of(marks, [&](const auto &mark) { return both.contains(mark); }))
             found.append(path);
     }
+    return found;
+}
+
+QStringList TracesTest::traces() const
+{
+    const QByteArray utf16(reinterpret_cast<const char *>(m_mark.utf16()), m_mark.size() * 2);
+    QStringList found = filesWith({m_mark.toUtf8(), utf16});
+    found.removeIf([](const QString &path) {
+        return path.startsWith(u"files/") || path.startsWith(u"Pictures/");
+    });
     return found;
 }
 
@@ -118,6 +164,38 @@ void TracesTest::offline_leavesTheCountAlone()
     start(QStringLiteral(PIXPRESS_OFFLINE), {});
     QCOMPARE(m_program->area().size(), QSize(920, 620));
     QCOMPARE(greenPoints(m_program->picture()), 0); // the list is gone
+}
+
+void TracesTest::offlineKey_isInTheMemoryOnly()
+{
+    start(QStringLiteral(PIXPRESS_OFFLINE),
+          {m_desktop->sample(u"island map.png"_s, u"argument.png"_s)});
+    QTRY_VERIFY_WITH_TIMEOUT(m_desktop->size(u"argument-pixpress.png"_s) > 0, patience);
+    const QByteArray key = keyInMemory(m_program->processId());
+    QCOMPARE(key.size(), 64);
+    const QByteArrayList marks{key, QByteArray::fromHex(key), ("api:" + key).toBase64().mid(8, 80)};
+
+    QCOMPARE(filesWith(marks), QStringList());
+    for (const auto *shown : {"cmdline", "environ", "maps", "comm"}) {
+        QFile file(u"/proc/%1/%2"_s.arg(m_program->processId()).arg(QLatin1String(shown)));
+        QVERIFY(file.open(QIODevice::ReadOnly));
+        const QByteArray content = file.readAll();
+        QVERIFY(!content.isEmpty());
+        for (const QByteArray &mark : marks)
+            QVERIFY2(!content.contains(mark), shown);
+    }
+    m_desktop->display().close(m_program->window());
+    QCOMPARE(m_program->exitStatus(), 0);
+    QCOMPARE(filesWith(marks), QStringList());
+    for (const QByteArray &mark : marks)
+        QVERIFY(!m_program->output().contains(mark) && !m_program->errors().contains(mark));
+
+    start(QStringLiteral(PIXPRESS_OFFLINE),
+          {m_desktop->sample(u"lighthouse.jpeg"_s, u"next.jpeg"_s)});
+    QTRY_VERIFY_WITH_TIMEOUT(m_desktop->size(u"next-pixpress.jpeg"_s) > 0, patience);
+    const QByteArray nextKey = keyInMemory(m_program->processId());
+    QCOMPARE(nextKey.size(), 64);
+    QVERIFY(nextKey != key);
 }
 
 void TracesTest::remote_leavesTheKeyAndTheCount()
