@@ -58,6 +58,9 @@ private Q_SLOTS:
         row("file:///a/png", "");
         row("file:///a/b%2F.png", "");
         row("file:///", "");
+        row("file:///a/b.txt%00.png", "");
+        row("file:a/b.png", "");
+        row("file::/icon/16.png", "");
         row("file://server/share/b.png", "");
         row("http://localhost/b.png", "");
         row("https://tinypng.com/a.png", "");
