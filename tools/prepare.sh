@@ -8,6 +8,14 @@ set -euo pipefail
 caller=$PWD
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 
+# Ends with the script's opening comment when --help is its first argument.
+help_is_comment() {
+    [[ ${1-} == --help || ${1-} == -h ]] || return 0
+    cd "$caller"
+    awk 'NR > 4 && !/^#/ { exit } NR > 4 { sub(/^# ?/, ""); print }' "$0"
+    exit
+}
+
 build_packages=(
     g++ cmake ninja-build pkg-config ccache
     qt6-base-dev qcoro-qt6-dev libcurl4-openssl-dev libvips-dev libcpp-httplib-dev
