@@ -7,6 +7,16 @@ using namespace Qt::StringLiterals;
 
 namespace pixpress {
 
+namespace {
+
+/// A text of the options, marked for translation, which is for the window: here it is in English.
+QString text(const char *marked)
+{
+    return QString::fromLatin1(marked);
+}
+
+} // namespace
+
 QString rawValue(ImageFormat format)
 {
     switch (format) {
@@ -53,10 +63,10 @@ QString displayName(ImageFormat format)
 QString displayName(ResizeMode mode)
 {
     switch (mode) {
-    case ResizeMode::scale: return u"Scale"_s;
-    case ResizeMode::fit: return u"Fit"_s;
-    case ResizeMode::cover: return u"Cover"_s;
-    case ResizeMode::thumb: return u"Thumb"_s;
+    case ResizeMode::scale: return text(QT_TRANSLATE_NOOP("Options", "Scale"));
+    case ResizeMode::fit: return text(QT_TRANSLATE_NOOP("Options", "Fit"));
+    case ResizeMode::cover: return text(QT_TRANSLATE_NOOP("Options", "Cover"));
+    case ResizeMode::thumb: return text(QT_TRANSLATE_NOOP("Options", "Thumb"));
     }
     Q_UNREACHABLE();
 }
@@ -65,13 +75,17 @@ QString description(ResizeMode mode)
 {
     switch (mode) {
     case ResizeMode::scale:
-        return u"Scales the image proportionally. Provide either a target width or height, "
-               u"not both."_s;
+        return text(QT_TRANSLATE_NOOP("Options", "Scales the image proportionally. Provide either "
+                                                 "a target width or height, not both."));
     case ResizeMode::fit:
-        return u"Scales the image proportionally to fit within the given dimensions."_s;
+        return text(QT_TRANSLATE_NOOP(
+            "Options", "Scales the image proportionally to fit within the given dimensions."));
     case ResizeMode::cover:
-        return u"Scales and crops the image to cover the given dimensions exactly."_s;
-    case ResizeMode::thumb: return u"Intelligently crops to focus on the most interesting area."_s;
+        return text(QT_TRANSLATE_NOOP(
+            "Options", "Scales and crops the image to cover the given dimensions exactly."));
+    case ResizeMode::thumb:
+        return text(QT_TRANSLATE_NOOP(
+            "Options", "Intelligently crops to focus on the most interesting area."));
     }
     Q_UNREACHABLE();
 }
@@ -79,9 +93,12 @@ QString description(ResizeMode mode)
 QString title(OutputDestination destination)
 {
     switch (destination) {
-    case OutputDestination::alongside: return u"Save Alongside Original"_s;
-    case OutputDestination::overwrite: return u"Overwrite Original"_s;
-    case OutputDestination::customFolder: return u"Save to Folder"_s;
+    case OutputDestination::alongside:
+        return text(QT_TRANSLATE_NOOP("Options", "Save Alongside Original"));
+    case OutputDestination::overwrite:
+        return text(QT_TRANSLATE_NOOP("Options", "Overwrite Original"));
+    case OutputDestination::customFolder:
+        return text(QT_TRANSLATE_NOOP("Options", "Save to Folder"));
     }
     Q_UNREACHABLE();
 }
@@ -90,11 +107,13 @@ QString description(OutputDestination destination)
 {
     switch (destination) {
     case OutputDestination::alongside:
-        return u"Saves a copy with a \"-pixpress\" suffix next to the original"_s;
+        return text(QT_TRANSLATE_NOOP(
+            "Options", "Saves a copy with a \"-pixpress\" suffix next to the original"));
     case OutputDestination::overwrite:
-        return u"Replaces the original file with the compressed version"_s;
+        return text(
+            QT_TRANSLATE_NOOP("Options", "Replaces the original file with the compressed version"));
     case OutputDestination::customFolder:
-        return u"Saves all compressed images to a chosen folder"_s;
+        return text(QT_TRANSLATE_NOOP("Options", "Saves all compressed images to a chosen folder"));
     }
     Q_UNREACHABLE();
 }

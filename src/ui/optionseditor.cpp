@@ -5,11 +5,18 @@
 
 #include "ui/colours.h"
 
+#include <QCoreApplication>
 #include <QDir>
 
 namespace pixpress {
 
 namespace {
+
+/// A text of the options in the language of the window; itself where it is not translated.
+QString translated(const QString &text)
+{
+    return QCoreApplication::translate("Options", text.toUtf8());
+}
 
 /// The texts of all cases of a closed set, in the order in which every picker shows them.
 template <ClosedSet E>
@@ -17,7 +24,7 @@ QStringList texts(QString (*text)(E))
 {
     QStringList list;
     for (const E value : allCases<E>())
-        list.append(text(value));
+        list.append(translated(text(value)));
     return list;
 }
 
@@ -64,7 +71,7 @@ QStringList OptionsEditor::resizeModes() const
 
 QString OptionsEditor::resizeModeDescription() const
 {
-    return description(options().resizeMode);
+    return translated(description(options().resizeMode));
 }
 
 QString OptionsEditor::width() const
@@ -99,7 +106,7 @@ QStringList OptionsEditor::destinations() const
 
 QString OptionsEditor::destinationDescription() const
 {
-    return description(options().outputDestination);
+    return translated(description(options().outputDestination));
 }
 
 bool OptionsEditor::savesToFolder() const

@@ -84,6 +84,10 @@ void options(QSize size, const Visit &visit)
     scene.click(*picker, Qt::LeftButton);
     visit(scene, u"picker"_s, Rest::comes);
     scene.closePopups();
+    for (const ResizeMode mode : {ResizeMode::fit, ResizeMode::cover, ResizeMode::thumb}) {
+        options.setResizeMode(static_cast<int>(mode));
+        visit(scene, u"options-"_s + rawValue(mode), Rest::comes);
+    }
     scene.click(u"background"_s);
     visit(scene, u"colours"_s, Rest::never);
     scene.closePopups();
@@ -93,6 +97,8 @@ void options(QSize size, const Visit &visit)
     scene.stage.pickedFolder = QUrl(u"file:///home/somebody/Pictures/of%20the%20summer"_s);
     options.chooseFolder();
     visit(scene, u"options-folder"_s, Rest::comes);
+    options.setDestination(static_cast<int>(OutputDestination::overwrite));
+    visit(scene, u"options-overwrite"_s, Rest::comes);
 }
 
 void list(QSize size, const Visit &visit)
