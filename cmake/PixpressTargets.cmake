@@ -79,7 +79,6 @@ function(pixpress_test topic)
     pixpress_test_program(${target} tst_${topic}.cpp)
     target_link_libraries(${target} PRIVATE Qt6::Test pixpress_test_support ${ARGN})
     add_test(NAME ${folder}/${topic} COMMAND ${target})
-    set_tests_properties(${folder}/${topic} PROPERTIES TIMEOUT 300
-        ENVIRONMENT
+    set_tests_properties(${folder}/${topic} PROPERTIES ENVIRONMENT
         "LC_ALL=C.UTF-8;LSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/tools/lsan.supp:print_suppressions=0;TSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/tools/tsan.supp:die_after_fork=0:ignore_noninstrumented_modules=1")
 endfunction()
