@@ -111,6 +111,8 @@ Descriptor::Result<QByteArray> Descriptor::readAll()
     } catch (const std::bad_alloc &) {
         return std::unexpected(ENOMEM);
     }
+    if (done < *expected)
+        return std::unexpected(cutShort);
     content.resize(done);
     return content;
 }

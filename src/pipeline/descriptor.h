@@ -13,8 +13,8 @@ namespace pixpress {
 
 /// An open file of the system, closed with this object. Every call is one that QFile would make,
 /// but each failure of the disk is told (QFile takes some for the end of the file), and the file
-/// that is looked at is the one that was opened. Errors are values of errno, or notAFile. All calls
-/// wait for the disk.
+/// that is looked at is the one that was opened. Errors are values of errno, or those below. All
+/// calls wait for the disk.
 class Descriptor
 {
 public:
@@ -22,6 +22,7 @@ public:
     using Result = std::expected<T, int>;
 
     static constexpr int notAFile = -1;
+    static constexpr int cutShort = -2;
 
     /// Never waits for the other end of a pipe. `flags` are those of open(2); a file that is made
     /// has the permissions that the umask leaves.
@@ -43,7 +44,8 @@ public:
     /// In bytes; fails with notAFile for what is no regular file, such as a folder or a pipe.
     Result<qint64> size() const;
 
-    /// All of it, wherever the file's offset stands. Fails with notAFile as size() does.
+    /// All of it, wherever the file's offset stands. Fails with notAFile as size() does, and with
+    /// cutShort when it ends before the size that it had at first: half a picture is none.
     Result<QByteArray> readAll();
     /// Writes from the start on. `written` tells how many bytes, also after an error.
     Result<> writeAll(const QByteArray &bytes, qint64 &written);

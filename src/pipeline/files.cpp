@@ -26,6 +26,7 @@ QString describe(int error)
     case EISDIR:
     case ENXIO: // of a socket
         return u"It is not a regular file"_s;
+    case Descriptor::cutShort: return u"It became smaller while it was read"_s;
     default: return qt_error_string(error);
     }
 }

@@ -55,12 +55,22 @@ std::expected<Content, QString> load(const QString &path)
     return Content{.entries = json.object(), .isSettings = json.isObject() || bytes.isEmpty()};
 }
 
-/// Keeps what is no settings: a key may be in it, that a slip in an editor has made unreadable.
+/// Empty when it cannot be read.
+QByteArray contentOf(const QString &path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+/// Keeps what is no settings: a key may be in it, that a slip in an editor has made unreadable;
+/// also beside what was kept before.
 bool putAside(const QString &path)
 {
-    const QString aside = path + u".unreadable"_s;
-    QFile::remove(aside);
-    if (!QFile::copy(path, aside)) // which copies the permissions too
+    QString aside = path + u".unreadable"_s;
+    const QByteArray content = contentOf(path);
+    for (int number = 2; QFileInfo(aside).isFile() && contentOf(aside) != content; ++number)
+        aside = u"%1.unreadable-%2"_s.arg(path).arg(number);
+    if (!QFileInfo(aside).isFile() && !QFile::copy(path, aside)) // copies the permissions too
         return false;
     qWarning(R"(The settings in "%s" are damaged. What was there is in "%s" now.)",
              qUtf8Printable(path), qUtf8Printable(aside));

@@ -57,6 +57,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
     for (const QUrl &file : files) {
         HOLDS(file.isLocalFile() && file.host().isEmpty());
         const QString path = file.toLocalFile();
+        HOLDS(file.toEncoded() == QUrl::fromLocalFile(path).toEncoded());
         HOLDS(path.startsWith(u'/') && !path.endsWith(u'/'));
         HOLDS(!path.contains(QChar(0)));
         HOLDS(isSupported(path.sliced(path.lastIndexOf(u'/') + 1)));

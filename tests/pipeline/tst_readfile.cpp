@@ -34,6 +34,7 @@ private Q_SLOTS:
     void readFile_ofForbiddenFileFails();
     void readFile_ofPipePutInPlaceOfTheFileFails();
     void readFile_takesAllOfAGrowingFile();
+    void readFile_ofAShrinkingFileFails();
     void readFile_ofMoreThanTheMemoryFails();
 };
 
@@ -180,6 +181,24 @@ void ReadFileTest::readFile_takesAllOfAGrowingFile()
     QVERIFY(g_rounds <= 0);
     QCOMPARE(*read, content(u"a.png"_s));
     QCOMPARE(read->size(), 35);
+}
+
+void ReadFileTest::readFile_ofAShrinkingFileFails()
+{
+    put(u"a.png"_s, bytes(5000));
+    static QByteArray g_path;
+    g_path = path(u"a.png"_s).toUtf8();
+    faults::observe(
+        [](faults::Call call, int) {
+            if (call ==
+                faults::Call::read) // Through another name than that of the observed folder.
+                truncate(g_path.constData(), 4999);
+        },
+        qPrintable(m_folder->path()));
+    const auto read = readFile(url(u"a.png"_s));
+    faults::observe(nullptr);
+    QCOMPARE(content(u"a.png"_s).size(), 4999);
+    QCOMPARE(sentence(read), u"Could not read \"a.png\": It became smaller while it was read."_s);
 }
 
 void ReadFileTest::readFile_ofMoreThanTheMemoryFails()

@@ -59,6 +59,7 @@ private Q_SLOTS:
     void emptyFile_isNoComplaint();
     void damagedFile_isPutAside_data();
     void damagedFile_isPutAside();
+    void damagedAgain_isKeptBesideTheFirst();
     void damagedFileThatCannotBePutAside_isKept();
     void tooLargeFile_isKept();
     void unreadableFile_isKept();
@@ -146,6 +147,25 @@ void SettingsFaultsTest::damagedFile_isPutAside()
     QCOMPARE(statusOf(filePath() + u".unreadable"_s).st_mode & 07777, 0600U);
     KeychainHelper::saveAPIKey(settings, u"new"_s);
     QCOMPARE(content(u"Pixpress/Pixpress.json.unreadable"_s), damaged);
+}
+
+void SettingsFaultsTest::damagedAgain_isKeptBesideTheFirst()
+{
+    const QByteArrayList damaged{"{\"pixpress_api_key\": \"secret\"", "second", "second", "third"};
+    const QStringList asides{u".unreadable"_s, u".unreadable-2"_s, u".unreadable-2"_s,
+                             u".unreadable-3"_s};
+    for (qsizetype time = 0; time < damaged.size(); ++time) {
+        putFile(damaged[time]);
+        UserSettings settings;
+        QTest::ignoreMessage(QtWarningMsg,
+                             qPrintable(u"The settings in \"%1\" are damaged. What was there is in "
+                                        "\"%1%2\" now."_s.arg(filePath(), asides[time])));
+        settings.setValue(countEntry, 1);
+        QCOMPARE(entries().value(countEntry), 1);
+        for (qsizetype earlier = 0; earlier <= time; ++earlier)
+            QCOMPARE(content(u"Pixpress/Pixpress.json"_s + asides[earlier]), damaged[earlier]);
+    }
+    QCOMPARE(QDir(path(u"Pixpress"_s)).entryList(QDir::Files).size(), 4);
 }
 
 void SettingsFaultsTest::damagedFileThatCannotBePutAside_isKept()
