@@ -35,6 +35,8 @@ private:
     /// The files below the home that have one of these in them, or in their name.
     QStringList filesWith(const QByteArrayList &marks) const;
     QStringList traces() const;
+    /// Fails when the running program shows one of these to others who look at its process.
+    void verifyHidden(const QByteArrayList &marks) const;
 
     const QString m_mark = u"Ostsee4711"_s; ///< In each name and each folder's.
     std::unique_ptr<Desktop> m_desktop;
@@ -152,6 +154,18 @@ QStringList TracesTest::traces() const
     return found;
 }
 
+void TracesTest::verifyHidden(const QByteArrayList &marks) const
+{
+    for (const auto *shown : {"cmdline", "environ", "maps", "comm"}) {
+        QFile file(u"/proc/%1/%2"_s.arg(m_program->processId()).arg(QLatin1String(shown)));
+        QVERIFY(file.open(QIODevice::ReadOnly));
+        const QByteArray content = file.readAll();
+        QVERIFY(!content.isEmpty());
+        for (const QByteArray &mark : marks)
+            QVERIFY2(!content.contains(mark), shown);
+    }
+}
+
 void TracesTest::offline_leavesTheCountAlone()
 {
     start(QStringLiteral(PIXPRESS_OFFLINE),
@@ -176,14 +190,7 @@ void TracesTest::offlineKey_isInTheMemoryOnly()
     const QByteArrayList marks{key, QByteArray::fromHex(key), ("api:" + key).toBase64().mid(8, 80)};
 
     QCOMPARE(filesWith(marks), QStringList());
-    for (const auto *shown : {"cmdline", "environ", "maps", "comm"}) {
-        QFile file(u"/proc/%1/%2"_s.arg(m_program->processId()).arg(QLatin1String(shown)));
-        QVERIFY(file.open(QIODevice::ReadOnly));
-        const QByteArray content = file.readAll();
-        QVERIFY(!content.isEmpty());
-        for (const QByteArray &mark : marks)
-            QVERIFY2(!content.contains(mark), shown);
-    }
+    verifyHidden(marks);
     m_desktop->display().close(m_program->window());
     QCOMPARE(m_program->exitStatus(), 0);
     QCOMPARE(filesWith(marks), QStringList());
@@ -206,8 +213,15 @@ void TracesTest::remote_leavesTheKeyAndTheCount()
     start(QStringLiteral(PIXPRESS_AT),
           {service.address(),
            m_desktop->sample(u"island map.png"_s, u"argument %1.png"_s.arg(m_mark))});
+    const QByteArrayList marks{service.goodKey, ("api:" + service.goodKey).toBase64().mid(6, 12)};
+    verifyHidden(marks);
     live();
     QCOMPARE(traces(), QStringList());
+    const QStringList withKey = filesWith(marks);
+    QCOMPARE(withKey.size(), 1);
+    QVERIFY2(withKey.first().endsWith(u"/Pixpress.json"), qPrintable(withKey.first()));
+    for (const QByteArray &mark : marks)
+        QVERIFY(!m_program->output().contains(mark) && !m_program->errors().contains(mark));
     QCOMPARE(
         m_desktop->settings(u"Pixpress"_s).keys(),
         QStringList({u"pixpress_api_key"_s, u"pixpress_quota_count"_s, u"pixpress_quota_month"_s}));

@@ -301,39 +301,44 @@ void SettingsFaultsTest::complaint_isNotRepeated()
 void SettingsFaultsTest::failedCall_keepsTheKey_data()
 {
     QTest::addColumn<faults::Call>("call");
-    QTest::addColumn<int>("nth");
     QTest::addColumn<faults::How>("how");
     for (const auto call : faults::allCalls) {
-        if (qstrcmp(faults::name(call), "unlink") == 0)
-            continue; // the lock then stays, and what is new only in memory
-        for (const auto how : faults::allWays)
-            for (int nth = 1; nth <= 4; ++nth)
-                QTest::addRow("%s %d %s", faults::name(call), nth, faults::name(how))
-                    << call << nth << how;
+        if (call == faults::Call::ftruncate || call == faults::Call::fallocate)
+            continue; // which storing settings does without
+        for (const auto how : faults::allWays) {
+            if (call == faults::Call::unlink && how == faults::How::always)
+                continue; // the lock then stays, and what is new only in memory
+            QTest::addRow("%s %s", faults::name(call), faults::name(how)) << call << how;
+        }
     }
 }
 
 void SettingsFaultsTest::failedCall_keepsTheKey()
 {
     QFETCH(const faults::Call, call);
-    QFETCH(const int, nth);
     QFETCH(const faults::How, how);
-    putFile(good);
-    const auto result = inChild([&] { // where warnings are no failures
-        faults::arm({.call = call, .nth = nth, .error = EIO, .how = how},
-                    qPrintable(m_folder->path()));
-        UserSettings settings;
-        settings.setValue(countEntry, 8);
-        settings.setValue(countEntry, 9);
-        const int count = settings.value(countEntry).toInt();
-        faults::disarm();
-        const bool isWhole = entries().value(u"pixpress_api_key"_s) == u"secret"_s;
-        settings.setValue(u"later"_s, 1);
-        return u"%1 %2 %3"_s.arg(count).arg(isWhole).arg(
-            QString::fromUtf8(QJsonDocument(entries()).toJson(QJsonDocument::Compact)));
-    });
-    QCOMPARE(result.answer,
-             u"9 1 {\"later\":1,\"pixpress_api_key\":\"secret\",\"pixpress_quota_count\":9}"_s);
+    int nth = 0;
+    for (bool isMet = true; isMet;) {
+        ++nth;
+        putFile(good);
+        const auto result = inChild([&] { // where warnings are no failures
+            faults::arm({.call = call, .nth = nth, .error = EIO, .how = how},
+                        qPrintable(m_folder->path()));
+            UserSettings settings;
+            settings.setValue(countEntry, 8);
+            settings.setValue(countEntry, 9);
+            const int count = settings.value(countEntry).toInt();
+            const bool met = faults::disarm() > 0;
+            const bool isWhole = entries().value(u"pixpress_api_key"_s) == u"secret"_s;
+            settings.setValue(u"later"_s, 1);
+            return u"%1 %2 %3 %4"_s.arg(met).arg(count).arg(isWhole).arg(
+                QString::fromUtf8(QJsonDocument(entries()).toJson(QJsonDocument::Compact)));
+        });
+        isMet = result.answer.startsWith(u'1');
+        QCOMPARE(result.answer.mid(2),
+                 u"9 1 {\"later\":1,\"pixpress_api_key\":\"secret\",\"pixpress_quota_count\":9}"_s);
+    }
+    QVERIFY(nth > 1); // it has been met
 }
 
 void SettingsFaultsTest::copiesThatWriteAtOnce_loseNothing()
