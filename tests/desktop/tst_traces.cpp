@@ -112,7 +112,9 @@ void TracesTest::live()
     QTRY_VERIFY_WITH_TIMEOUT(m_desktop->size(file("drag") + u"-pixpress.jpg"_s) > 0, patience);
 
     QVERIFY(m_program->isInFront());
+    const QImage withoutPanel = m_program->picture();
     m_desktop->press({u"ctrl+o"_s});
+    QTRY_VERIFY_WITH_TIMEOUT(m_program->picture() != withoutPanel, patience);
     QVERIFY(m_program->isInFront());
     m_desktop->press({u"Down"_s, u"Return"_s});
     QTRY_VERIFY_WITH_TIMEOUT(
