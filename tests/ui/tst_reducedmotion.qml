@@ -93,6 +93,14 @@ ViewTest {
         tryVerify(() => find("tabs") === null);
     }
 
+    /// Whether the view that the item is in, which is made piece by piece, is whole.
+    function isLoaded(item): bool {
+        let loader = item;
+        while (loader && !(loader instanceof Loader))
+            loader = loader.parent;
+        return loader !== null && loader.status === Loader.Ready;
+    }
+
     function test_list_data() {
         return motions_data();
     }
@@ -102,8 +110,9 @@ ViewTest {
         stage.hold();
         show(component);
         stage.app.handleDrop(Array.from({ length: 30 }, (_, index) => stage.file(index + ".png")));
-        tryVerify(() => find("rows") !== null && find("rows").count === 30);
+        tryVerify(() => isLoaded(find("rows"))); // it can be found before, and not yet be moved
         const rows = find("rows");
+        compare(rows.count, 30);
         rows.forceActiveFocus();
         const atEnd = () => rows.itemAtIndex(29) !== null && rows.atYEnd;
         rows.currentIndex = 29;
