@@ -4,6 +4,7 @@
 #include "codec/strip.h"
 
 #include "codec/metadata.h"
+#include "codec/sniff.h"
 
 #include <QByteArrayView>
 #include <QtEndian>
@@ -122,7 +123,9 @@ std::optional<QByteArray> strippedAvif(const QByteArray &file, const QByteArray 
     }
     if (awaitsExif || !blankForeignBoxes(result))
         return std::nullopt;
-    return result;
+    // What is said to be metadata may be a piece of the file's own head.
+    const auto still = sniff(result);
+    return still && still->format == ImageFormat::avif ? std::optional(result) : std::nullopt;
 }
 
 } // namespace pixpress

@@ -23,7 +23,10 @@ constexpr qint64 maxDecodedBytes = 1 << 30;
 /// what is wanted.
 void shrinkOnLoad(vips::VOption &options, const VImage &opened, int longerSide)
 {
-    const double shrink = std::max(opened.width(), opened.height()) / (2.0 * longerSide);
+    const auto [thinner, longer] = std::minmax({opened.width(), opened.height()});
+    // Of a line that gets thinner than a pixel nothing would be left, at which libvips ends the
+    // process.
+    const double shrink = std::min(longer / (2.0 * longerSide), static_cast<double>(thinner));
     const std::string_view loader = opened.get_string("vips-loader");
     if (loader.starts_with("jpeg")) {
         const auto factors = {8, 4, 2, 1};

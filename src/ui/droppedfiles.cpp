@@ -42,10 +42,11 @@ bool isWhole(const QString &path)
 }
 
 /// Whether the address says the path and nothing else, and says it in plain letters. Making it anew
-/// would then only take time, which the window waits for when thousands are dropped.
+/// would then only take time, which the window waits for when thousands are dropped. (An invalid
+/// address says that it has no authority, and a path all the same.)
 bool isPlain(const QUrl &url, const QString &path)
 {
-    return url.authority().isEmpty() && !url.hasQuery() && !url.hasFragment() &&
+    return url.isValid() && url.authority().isEmpty() && !url.hasQuery() && !url.hasFragment() &&
            url.path(QUrl::PrettyDecoded) == path;
 }
 

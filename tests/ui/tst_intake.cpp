@@ -47,6 +47,7 @@ private Q_SLOTS:
         row("file:///a/b.png#c.jpg", "/a/b.png");
         row("file://somebody@/a/b.png", "/a/b.png");
         row("file:////a/b.png", "/a/b.png");
+        row("file://../a/b.png", "/a/b.png");
         row("file:///a/../b.png", "/a/../b.png");
 
         row("file:///a/notes.txt", "");
