@@ -152,6 +152,12 @@ void FaultyService::answerUpload(QTcpSocket &socket, const NumberedPicture &pict
     case Fault::noJSON: good.body = "<html>"; break;
     case Fault::noSize: good.body = R"({"input":{"type":"image/png"}})"; break;
     case Fault::noLocation: good.headers.clear(); break;
+    case Fault::otherHost: good.headers = {{"Location", "http://example.com/x"}}; break;
+    case Fault::otherScheme: good.headers = {{"Location", "ftp://127.0.0.1/x"}}; break;
+    case Fault::endlessHead:
+        socket.write("HTTP/1.1 201 Created\r\n" +
+                     QByteArray("X-Much: more and more\r\n").repeated(50'000));
+        return;
     case Fault::notHTTP: sendAndClose(socket, "220 Ready for mail\r\n"); return;
     case Fault::closing:
         good.headers.emplace_back("Connection", "close");
@@ -175,6 +181,12 @@ void FaultyService::answerFetch(QTcpSocket &socket, const QByteArray &target)
     case Fault::halfOutput: sendAndClose(socket, toBytes(good).chopped(100)); return;
     case Fault::halfChunks: sendAndClose(socket, inChunks(good.body).chopped(100)); return;
     case Fault::lostOutput: socket.abort(); return;
+    case Fault::badChunks:
+        sendAndClose(socket, inChunks({}).replace("\r\n0\r\n", "\r\nzz\r\n"));
+        return;
+    case Fault::redirectElsewhere:
+        good = {.status = 302, .headers = {{"Location", "http://example.com/x"}}};
+        break;
     case Fault::chunked: socket.write(inChunks(good.body)); return;
     case Fault::closing:
         good.headers.emplace_back("Connection", "close");

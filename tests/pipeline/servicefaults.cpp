@@ -19,6 +19,8 @@ struct Entry
 };
 
 constexpr auto lost = "The network connection was lost.";
+constexpr auto notSecure =
+    "The server named an address that is not secure, so nothing was sent there.";
 
 constexpr std::array table{
     Entry{Fault::none, "none", ""},
@@ -36,6 +38,9 @@ constexpr std::array table{
     Entry{Fault::noJSON, "no JSON", "The service's answer is not a JSON object."},
     Entry{Fault::noSize, "JSON without the size", "The service's answer lacks \"input.size\"."},
     Entry{Fault::noLocation, "no Location", "Invalid server response"},
+    Entry{Fault::otherHost, "Location on another host", notSecure},
+    Entry{Fault::otherScheme, "Location of another scheme", notSecure},
+    Entry{Fault::endlessHead, "head without an end", "The server's answer is too large."},
     Entry{Fault::notHTTP, "no HTTP", "Invalid server response"},
     Entry{Fault::outputGone, "404 for the output", "API error (404): Unknown error"},
     Entry{Fault::outputOutOfOrder, "500 for the output", "API error (500): Out of order."},
@@ -43,6 +48,8 @@ constexpr std::array table{
     Entry{Fault::halfOutput, "half an output", lost},
     Entry{Fault::halfChunks, "half of the chunks", lost},
     Entry{Fault::lostOutput, "dropped instead of the output", lost},
+    Entry{Fault::badChunks, "chunk of no length", lost},
+    Entry{Fault::redirectElsewhere, "redirect to another host", notSecure},
     Entry{Fault::sourceGone, "source gone", "Could not read \"%1\": No such file or directory."},
     Entry{Fault::noFolder, "no folder", "Could not write \"%1\": No such file or directory."},
     Entry{Fault::fileForFolder, "file in the folder's place",

@@ -28,6 +28,9 @@ enum class Fault {
     noJSON,
     noSize,
     noLocation,
+    otherHost,
+    otherScheme,
+    endlessHead,
     notHTTP,
     // The output is not sent properly.
     outputGone,
@@ -36,6 +39,8 @@ enum class Fault {
     halfOutput,
     halfChunks,
     lostOutput,
+    badChunks,
+    redirectElsewhere,
     // The disk fails.
     sourceGone,
     noFolder,
