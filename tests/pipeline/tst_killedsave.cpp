@@ -12,6 +12,8 @@
 #include <QElapsedTimer>
 #include <QTest>
 
+#include <unistd.h>
+
 using namespace pixpress;
 using namespace pixpress::test;
 using namespace Qt::StringLiterals;
@@ -35,6 +37,9 @@ private Q_SLOTS:
     void overwriting_touchesTheFileInTwoCalls();
 
 private:
+    /// What in/a.png is.
+    enum class Kind { plain, hardLink, symbolicLink };
+
     void prepare();
     QString path(const QString &name) const { return m_folder->path() + u'/' + name; }
 
@@ -47,12 +52,14 @@ private:
 
     std::unique_ptr<QTemporaryDir> m_folder;
     QByteArray m_source = bytes(50'000, 1);
+    Kind m_kind = Kind::plain;
 };
 
 void KilledSaveTest::init()
 {
     m_folder = std::make_unique<QTemporaryDir>(quickTemplate());
     QVERIFY(m_folder->isValid());
+    m_kind = Kind::plain;
     prepare();
 }
 
@@ -64,6 +71,13 @@ void KilledSaveTest::prepare()
     QFile file(path(u"in/a.png"_s));
     QVERIFY(file.open(QIODevice::WriteOnly));
     QCOMPARE(file.write(m_source), m_source.size());
+    file.close();
+    if (m_kind == Kind::hardLink)
+        QCOMPARE(::link(qPrintable(path(u"in/a.png"_s)), qPrintable(path(u"out/other.png"_s))), 0);
+    if (m_kind == Kind::symbolicLink) {
+        QVERIFY(QFile::rename(path(u"in/a.png"_s), path(u"out/other.png"_s)));
+        QVERIFY(QFile::link(u"../out/other.png"_s, path(u"in/a.png"_s)));
+    }
 }
 
 bool KilledSaveTest::killWhileSaving(const faults::Fault &fault, const CompressionOptions &options,
@@ -154,24 +168,38 @@ void KilledSaveTest::newNameWithoutUnnamedFiles_harmsNothingElse()
 
 void KilledSaveTest::overwriting_isHarmedBetweenTwoCallsOnly_data()
 {
+    QTest::addColumn<int>("kind");
     QTest::addColumn<qsizetype>("size");
     QTest::addColumn<QStringList>("harmful");
-    // A smaller picture still has the end of the former one behind its own.
-    QTest::newRow("smaller") << qsizetype(30'000)
-                             << QStringList({u"write 1 torn"_s, u"ftruncate 1 killed"_s});
-    QTest::newRow("larger") << qsizetype(80'000) << QStringList({u"write 1 torn"_s});
+    for (const auto &[name, kind] : {std::pair("plain file", Kind::plain),
+                                     {"hard link", Kind::hardLink},
+                                     {"symbolic link", Kind::symbolicLink}}) {
+        // A smaller picture still has the end of the former one behind its own.
+        QTest::addRow("smaller, %s", name)
+            << int(kind) << qsizetype(30'000)
+            << QStringList({u"write 1 torn"_s, u"ftruncate 1 killed"_s});
+        QTest::addRow("larger, %s", name)
+            << int(kind) << qsizetype(80'000) << QStringList({u"write 1 torn"_s});
+    }
 }
 
 void KilledSaveTest::overwriting_isHarmedBetweenTwoCallsOnly()
 {
+    QFETCH(const int, kind);
     QFETCH(const qsizetype, size);
     QFETCH(const QStringList, harmful);
+    m_kind = Kind(kind);
+    const QStringList names = m_kind == Kind::plain ? QStringList{u"in/a.png"_s}
+                              : m_kind == Kind::hardLink
+                                  ? QStringList{u"in/a.png"_s, u"out/other.png"_s}
+                                  : QStringList{u"out/other.png"_s};
     const QByteArray output = bytes(size, 2);
     QStringList harmed;
     forEachKill({.outputDestination = OutputDestination::overwrite}, output,
                 [&](const QString &fault, const Tree &before, Tree after) {
-                    const QByteArray content =
-                        std::exchange(after[u"in/a.png"_s].content, m_source);
+                    const QByteArray content = after[names.first()].content;
+                    for (const QString &name : names)
+                        QCOMPARE(std::exchange(after[name].content, m_source), content);
                     QVERIFY2(after == before, qPrintable(fault));
                     if (content != m_source && content != output)
                         harmed.append(fault);
