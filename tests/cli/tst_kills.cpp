@@ -9,6 +9,8 @@
 #include <QRandomGenerator>
 #include <QTest>
 
+#include <algorithm>
+
 using namespace pixpress;
 using namespace pixpress::test;
 using namespace pixpress::testing;
@@ -93,12 +95,13 @@ void KillsTest::pictures_areThereAndCopiesWhole()
     QElapsedTimer timer;
     timer.start();
     QCOMPARE(undisturbed->run(arguments).status, 0);
-    const auto duration = static_cast<int>(timer.elapsed());
+    auto duration = static_cast<int>(timer.elapsed());
     const Files whole = copiesOf(*undisturbed, m_pictures, folder);
     QCOMPARE(whole.size(), m_pictures.size());
 
+    constexpr int wanted = 6;
     int killedAtWork = 0;
-    for (int round = 0; round < 10; ++round) {
+    for (int round = 0; round < 100 && killedAtWork < wanted; ++round) {
         const auto program = prepared();
         QProcess process;
         program->prepare(process);
@@ -120,11 +123,12 @@ void KillsTest::pictures_areThereAndCopiesWhole()
             ++killedAtWork;
 
         // Started again, it is hindered by nothing that was left.
+        timer.start();
         QCOMPARE(program->run(arguments).status, 0);
+        duration = std::min(duration, static_cast<int>(timer.elapsed())); // the first was slowest
         QCOMPARE(copiesOf(*program, m_pictures, folder).size(), copies.size() + whole.size());
     }
-    qInfo("Killed %d times with a part of the copies made, of %d ms.", killedAtWork, duration);
-    QVERIFY(killedAtWork > 0);
+    QCOMPARE(killedAtWork, wanted); // with a part of the copies made
 }
 
 QTEST_GUILESS_MAIN(KillsTest)
