@@ -18,7 +18,7 @@ help_is_comment() {
 
 build_packages=(
     g++ cmake ninja-build pkg-config ccache
-    qt6-base-dev qcoro-qt6-dev libcurl4-openssl-dev libvips-dev libcpp-httplib-dev
+    qt6-base-dev qcoro-qt6-dev libcurl4-openssl-dev libvips-dev libseccomp-dev
     libexif-dev libheif-dev libpng-dev libjpeg-dev libwebp-dev libimagequant-dev zlib1g-dev
     qt6-declarative-dev qt6-svg-dev libgl-dev
     qt6-tools-dev qt6-l10n-tools qt6-translations-l10n
@@ -48,7 +48,7 @@ This is not Debian or Ubuntu, so nothing is installed. To build, install
   Qt 6.4 (Core, Gui, Network, Qml, Quick, Quick Controls, Quick Dialogs, Svg, Test; on Linux DBus
   and the Wayland plugin too) with the headers of OpenGL, its Linguist tools and translations, and
   QCoro 0.8 for Qt 6;
-  libcurl 7.84, cpp-httplib 0.11;
+  libcurl 7.87, libseccomp 2.5;
   libvips 8.14 with its C++ binding, able to read and write PNG, JPEG, WebP and AVIF;
   libexif, libheif, libjpeg, libpng 1.6.32, libwebp with libwebpmux, libimagequant 2.17, zlib;
   and for the window the fonts Inter, JetBrains Mono and Noto Color Emoji.
@@ -80,7 +80,7 @@ missing_elsewhere() {
         command -v "$need" >/dev/null || printf '%s\n' "$need"
     done
     command -v pkg-config >/dev/null || return 0
-    for need in 'vips-cpp >= 8.14' 'cpp-httplib >= 0.11' libexif libheif libjpeg 'libpng >= 1.6.32' \
+    for need in 'vips-cpp >= 8.14' 'libseccomp >= 2.5' libexif libheif libjpeg 'libpng >= 1.6.32' \
         libwebp libwebpmux 'imagequant >= 2.17' zlib; do
         pkg-config --exists "$need" || printf '%s\n' "$need"
     done

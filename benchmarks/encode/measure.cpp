@@ -3,7 +3,7 @@
 
 #include "measure.h"
 
-#include "pictures/codec.h"
+#include "codec/codec.h"
 
 #include <QElapsedTimer>
 #include <QFile>

@@ -6,10 +6,10 @@
 #include "cli/arguments.h"
 #include "cli/interrupt.h"
 #include "cli/run.h"
-#include "localservice/localservice.h"
 #include "pipeline/queue.h"
 #include "pipeline/quota.h"
 #include "pipeline/settings.h"
+#include "worker/localservice.h"
 
 #include <QCoreApplication>
 
@@ -66,18 +66,9 @@ int runRemotely(QCoreApplication &app, const Arguments &arguments, const Service
 
 int runLocally(QCoreApplication &app, const Arguments &arguments)
 {
-    const QString key = KeychainHelper::randomAPIKey();
     TransientSettings settings;
-    KeychainHelper::saveAPIKey(settings, key);
-
-    LocalServiceConfig config;
-    config.key = [key = key.toUtf8()] { return key; };
-    LocalService service(std::move(config));
-    if (const auto started = service.start(); !started) {
-        print(stderr, u"pixpress-cli: %1\n"_s.arg(started.error()));
-        return EXIT_FAILURE;
-    }
-    CompressionQueue queue(settings, ServiceConfig::builtIn(service.baseURL()));
+    Worker worker;
+    CompressionQueue queue(settings, std::make_unique<LocalService>(worker), arguments.jobs);
     return run(app, arguments, queue);
 }
 

@@ -6,6 +6,7 @@
 #include <QCommandLineParser>
 #include <QFileInfo>
 #include <QRegularExpression>
+#include <QThread>
 
 using namespace Qt::StringLiterals;
 
@@ -30,6 +31,8 @@ file, as NAME-pixpress.EXT. Nothing leaves this computer unless --remote is give
                         under the same names
   --remote              use the web service, with the key and the monthly quota
                         of the desktop application
+  --jobs N              compress N files at a time on this computer (default: the
+                        number of processor cores)
   --json                print one JSON object a line
   --help                print this help
   --version             print the version
@@ -37,6 +40,8 @@ file, as NAME-pixpress.EXT. Nothing leaves this computer unless --remote is give
 Exit status: 0 when all files were compressed, 1 when any failed or none was a
 picture of these formats, 2 for wrong usage, 130 when interrupted.
 )"_s;
+
+constexpr qint64 mostJobs = 64;
 
 /// The first thing that is wrong with the options, kept while the rest is read.
 class Fault
@@ -122,6 +127,20 @@ void readPreserve(const QCommandLineParser &parser, CompressionOptions &options,
     }
 }
 
+qint64 readJobs(const QCommandLineParser &parser, Fault &fault)
+{
+    if (!parser.isSet(u"jobs"_s))
+        return QThread::idealThreadCount();
+    if (parser.isSet(u"remote"_s))
+        fault.set(u"--jobs does not go with --remote."_s);
+    bool isNumber = false;
+    const qint64 jobs = parser.value(u"jobs"_s).toLongLong(&isNumber);
+    if (!isNumber || jobs < 1 || jobs > mostJobs)
+        fault.set(u"--jobs takes a number from 1 to %1, not \"%2\"."_s.arg(mostJobs).arg(
+            parser.value(u"jobs"_s)));
+    return jobs;
+}
+
 void readDestination(const QCommandLineParser &parser, CompressionOptions &options, Fault &fault)
 {
     if (parser.isSet(u"overwrite"_s))
@@ -151,6 +170,7 @@ std::expected<Arguments, NothingToRun> parseArguments(const QStringList &command
                                       {u"preserve"_s, u"list"_s},
                                       {u"output"_s, u"folder"_s},
                                       {u"overwrite"_s, QString()},
+                                      {u"jobs"_s, u"n"_s},
                                       {u"remote"_s, QString()},
                                       {u"json"_s, QString()},
                                       {u"help"_s, QString()},
@@ -169,6 +189,7 @@ std::expected<Arguments, NothingToRun> parseArguments(const QStringList &command
     Arguments arguments{.files = parser.positionalArguments(), .options = {}};
     arguments.remote = parser.isSet(u"remote"_s);
     arguments.json = parser.isSet(u"json"_s);
+    arguments.jobs = readJobs(parser, fault);
     readResize(parser, arguments.options, fault);
     readConversion(parser, arguments.options, fault);
     readPreserve(parser, arguments.options, fault);

@@ -18,6 +18,7 @@ struct Arguments
     QStringList files; ///< As given.
     CompressionOptions options;
     bool remote = false;
+    qint64 jobs = 1; ///< Files that are compressed at a time on this computer.
     bool json = false;
 };
 

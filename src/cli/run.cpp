@@ -39,7 +39,7 @@ void Run::start()
     }
 
     // Each call starts one task: that many calls let that many run at a time.
-    for (qint64 i = 1; i < CompressionQueue::maxConcurrent && urls.size() > 1; ++i)
+    for (qint64 i = 1; i < m_queue.maxConcurrent() && urls.size() > 1; ++i)
         m_queue.addFiles({urls.takeFirst()}, m_arguments.options);
     m_queue.addFiles(urls, m_arguments.options);
     QMetaObject::invokeMethod(this, &Run::goOn, Qt::QueuedConnection);

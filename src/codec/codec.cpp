@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Pixpress authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-#include "pictures/codec.h"
+#include "codec/codec.h"
 
 #include "codec/decode.h"
 #include "codec/encode.h"
@@ -163,7 +163,7 @@ std::expected<Encoded, CodecError> work(const QByteArray &original, const Reques
         options.resize ? planResize(source, *options.resize) : ResizePlan{source, source};
     if (plan.scaled.width * info.frameCount > maxPixels / plan.scaled.height)
         return fault(CodecFault::badRequest,
-                     u"\"resize\" asks for an image of more than %1 pixels."_s.arg(maxPixels));
+                     u"The resized image would have more than %1 pixels."_s.arg(maxPixels));
     const bool keepsSize = plan == ResizePlan{source, source};
     const bool keepsLook = keepsSize && keepsFormat && !(options.background && decoded.has_alpha());
     const VImage pixels = options.resize && !keepsSize
@@ -176,6 +176,11 @@ std::expected<Encoded, CodecError> work(const QByteArray &original, const Reques
 }
 
 } // namespace
+
+void startCodec()
+{
+    startVips();
+}
 
 std::expected<PictureInfo, CodecError> inspect(const QByteArray &original, qint64 maxPixels)
 {

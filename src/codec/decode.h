@@ -4,7 +4,7 @@
 #pragma once
 
 #include "codec/sniff.h"
-#include "pictures/codec.h"
+#include "codec/codec.h"
 
 #include <vips/vips8>
 

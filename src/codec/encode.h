@@ -3,7 +3,7 @@
 
 #pragma once
 
-#include "pictures/codec.h"
+#include "codec/codec.h"
 
 #include <vips/vips8>
 

@@ -3,7 +3,7 @@
 
 #pragma once
 
-#include "pictures/requestoptions.h"
+#include "codec/requestoptions.h"
 
 #include <QByteArray>
 

@@ -4,7 +4,7 @@
 #pragma once
 
 #include "model/formats.h"
-#include "pictures/geometry.h"
+#include "codec/geometry.h"
 
 #include <QByteArray>
 

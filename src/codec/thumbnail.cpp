@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Pixpress authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-#include "pictures/thumbnail.h"
+#include "codec/thumbnail.h"
 
 #include "codec/descriptorsource.h"
 #include "codec/scans.h"

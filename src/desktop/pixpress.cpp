@@ -11,5 +11,5 @@ int main(int argc, char *argv[])
     Application::setDesktopFileName(QStringLiteral(PIXPRESS_APP_ID));
     Application application(argc, argv);
     UserSettings settings;
-    return application.run(settings, {});
+    return application.run(settings, ServiceConfig());
 }

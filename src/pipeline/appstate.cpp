@@ -7,15 +7,17 @@ using namespace Qt::StringLiterals;
 
 namespace pixpress {
 
-AppState::AppState(SettingsStore &settings, const ServiceConfig &service, OpenPanel openPanel,
-                   QuotaTracker::Clock clock)
+AppState::AppState(SettingsStore &settings, std::unique_ptr<CompressionService> service,
+                   OpenPanel openPanel, QuotaTracker::Clock clock)
     : m_settings(settings),
       m_openPanel(std::move(openPanel)),
       m_quotaTracker(settings, std::move(clock)),
-      m_compressionQueue(settings, service),
-      m_isAPIKeyConfigured(KeychainHelper::loadAPIKey(settings).has_value())
+      m_compressionQueue(settings, std::move(service)),
+      m_isAPIKeyConfigured(!m_compressionQueue.needsAPIKey() ||
+                           KeychainHelper::loadAPIKey(settings).has_value())
 {
-    m_compressionQueue.setQuotaTracker(&m_quotaTracker);
+    if (m_compressionQueue.needsAPIKey())
+        m_compressionQueue.setQuotaTracker(&m_quotaTracker);
 }
 
 void AppState::setShowSettings(bool show)

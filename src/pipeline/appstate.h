@@ -15,6 +15,7 @@
 #include <QUrl>
 
 #include <functional>
+#include <memory>
 
 namespace pixpress {
 
@@ -44,7 +45,8 @@ class AppState : public QObject
 
 public:
     /// `settings` must outlive the state.
-    AppState(SettingsStore &settings, const ServiceConfig &service, OpenPanel openPanel,
+    AppState(SettingsStore &settings, std::unique_ptr<CompressionService> service,
+             OpenPanel openPanel,
              QuotaTracker::Clock clock = &QDateTime::currentDateTime);
 
     QuotaTracker *quotaTracker() { return &m_quotaTracker; }
@@ -57,7 +59,7 @@ public:
     const CompressionOptions &options() const { return m_options; }
     void setOptions(const CompressionOptions &options);
 
-    /// Never goes back to false while the process runs.
+    /// Also true if no key is needed. Never goes back to false while the process runs.
     bool isAPIKeyConfigured() const { return m_isAPIKeyConfigured; }
     /// Stores the key as it is. Whether the service accepts it is for the caller to know.
     Q_INVOKABLE void saveAPIKey(const QString &key);

@@ -44,8 +44,15 @@ QList<CompressionTask> tasksForMany(std::span<const QUrl> urls, const Compressio
 
 } // namespace
 
+CompressionQueue::CompressionQueue(SettingsStore &settings,
+                                   std::unique_ptr<CompressionService> service,
+                                   qint64 maxConcurrent)
+    : m_settings(settings), m_maxConcurrent(maxConcurrent), m_service(std::move(service))
+{
+}
+
 CompressionQueue::CompressionQueue(SettingsStore &settings, const ServiceConfig &service)
-    : m_settings(settings), m_service(service)
+    : CompressionQueue(settings, std::make_unique<TinifyService>(service))
 {
 }
 
@@ -110,13 +117,13 @@ void CompressionQueue::clearAll()
 
 void CompressionQueue::processNext()
 {
-    if (m_activeTasks >= maxConcurrent)
+    if (m_activeTasks >= m_maxConcurrent)
         return;
     const qsizetype index = firstPending();
     if (index < 0)
         return;
     const auto apiKey = KeychainHelper::loadAPIKey(m_settings);
-    if (!apiKey) {
+    if (!apiKey && needsAPIKey()) {
         const TinifyError error{TinifyError::Case::noAPIKey};
         setStatus(index, status::Failed{error.errorDescription()});
         return;
@@ -131,7 +138,7 @@ void CompressionQueue::processNext()
     // It runs up to its first wait within this call, and its task is pending no more: if it were
     // only posted, the next addFiles() of the same turn would start the same task again.
     const QScopedValueRollback starting(m_starting, true);
-    processTask(id, options, *apiKey);
+    processTask(id, options, apiKey.value_or(QString()));
 }
 
 QCoro::Task<> CompressionQueue::processTask(QUuid taskId, CompressionOptions options,
@@ -156,8 +163,10 @@ QCoro::Task<> CompressionQueue::processTask(QUuid taskId, CompressionOptions opt
     // 4.
     setStatus(index, status::Compressing{});
 
+    const auto asked = options.toJSON() ? std::optional(options) : std::nullopt;
+
     // 5. The client gets the only reference to the image, so that its memory is free afterwards.
-    const auto response = co_await m_service.shrink(*std::move(imageData), apiKey);
+    const auto response = co_await m_service->shrink(*std::move(imageData), asked, apiKey);
     if (!response)
         co_return endTask(taskId, status::Failed{errorDescription(response.error())});
 
@@ -167,11 +176,8 @@ QCoro::Task<> CompressionQueue::processTask(QUuid taskId, CompressionOptions opt
     // 7. By the index of step 1: the list is not searched again.
     setStatus(index, status::Downloading{});
 
-    // 8.
-    const auto asked = options.toJSON() ? std::optional(options) : std::nullopt;
-
-    // 9.
-    const auto fetched = co_await m_service.fetchOutput(response->outputURL, asked, apiKey);
+    // 8. and 9.
+    const auto fetched = co_await m_service->fetchOutput(response->outputURL, asked, apiKey);
     if (!fetched)
         co_return endTask(taskId, status::Failed{errorDescription(fetched.error())});
     const auto &[outputData, count] = *fetched;

@@ -16,6 +16,7 @@
 #include <QPointer>
 #include <QUuid>
 
+#include <memory>
 #include <set>
 
 namespace pixpress {
@@ -25,7 +26,7 @@ namespace pixpress {
 /// while it waits for the service.
 ///
 /// Each call that adds, retries or ends a task starts at most one pending task. A batch that is
-/// added at once therefore runs one file after another, and more run at a time, three at most, only
+/// added at once therefore runs one file after another, and more run at a time, within the limit, only
 /// when files are added while others run.
 class CompressionQueue : public QObject
 {
@@ -36,13 +37,18 @@ class CompressionQueue : public QObject
     Q_PROPERTY(qint64 totalSaved READ totalSaved NOTIFY totalSavedChanged)
 
 public:
-    static constexpr qint64 maxConcurrent = 3;
-
-    /// `settings`, which hold the API key, must outlive the queue.
+    /// Runs at most `maxConcurrent` tasks at a time. `settings`, which hold the API key, must
+    /// outlive the queue.
+    CompressionQueue(SettingsStore &settings, std::unique_ptr<CompressionService> service,
+                     qint64 maxConcurrent = 3);
+    /// A queue with a client of the web service.
     explicit CompressionQueue(SettingsStore &settings, const ServiceConfig &service = {});
     /// Ends running tasks without an outcome; what they have not written yet is never written.
     ~CompressionQueue() override;
 
+    qint64 maxConcurrent() const { return m_maxConcurrent; }
+    /// Whether tasks fail without an API key.
+    bool needsAPIKey() const { return m_service->needsAPIKey(); }
     const QList<CompressionTask> &tasks() const { return m_tasks; } ///< In the order of adding.
     /// Tasks started and not yet ended. Below zero after clearAll() while tasks were running.
     qint64 activeTasks() const { return m_activeTasks; }
@@ -116,7 +122,9 @@ private:
     QHash<QUuid, qsizetype> m_indexes;
 
     bool m_starting = false;
-    TinifyService m_service; // last, so that it goes first: ending its requests ends running tasks
+    const qint64 m_maxConcurrent;
+    // Last, so that it goes first: ending its operations ends running tasks.
+    std::unique_ptr<CompressionService> m_service;
 };
 
 } // namespace pixpress

@@ -7,7 +7,6 @@
 
 #include <QFile>
 #include <QFileInfo>
-#include <QRandomGenerator>
 #include <QSettings>
 
 using namespace Qt::StringLiterals;
@@ -78,13 +77,6 @@ std::optional<QString> loadAPIKey(const SettingsStore &settings)
 void saveAPIKey(SettingsStore &settings, const QString &key)
 {
     settings.setValue(apiKeyEntry, key);
-}
-
-QString randomAPIKey()
-{
-    QByteArray bytes(32, Qt::Uninitialized);
-    QRandomGenerator::system()->generate(bytes.begin(), bytes.end());
-    return QString::fromLatin1(bytes.toHex());
 }
 
 } // namespace KeychainHelper

@@ -73,9 +73,6 @@ std::optional<QString> loadAPIKey(const SettingsStore &settings);
 
 void saveAPIKey(SettingsStore &settings, const QString &key);
 
-/// 256 random bits in hexadecimal, for a built-in service that only this process is to use.
-QString randomAPIKey();
-
 } // namespace KeychainHelper
 
 } // namespace pixpress

@@ -29,6 +29,7 @@ QString errorDescription(const ServiceError &error)
         QString operator()(const TinifyError &error) const { return error.errorDescription(); }
         QString operator()(const DecodingError &error) const { return error.description; }
         QString operator()(const TransportError &error) const { return error.description; }
+        QString operator()(const LocalError &error) const { return error.description; }
     };
     return std::visit(Visitor{}, error);
 }

@@ -50,8 +50,16 @@ struct TransportError
     bool operator==(const TransportError &) const = default;
 };
 
-/// Whatever can end an operation of the client.
-using ServiceError = std::variant<TinifyError, DecodingError, TransportError>;
+/// A failure of the compression on this computer.
+struct LocalError
+{
+    QString description; ///< A sentence for the user.
+
+    bool operator==(const LocalError &) const = default;
+};
+
+/// Whatever can end an operation of a compression service.
+using ServiceError = std::variant<TinifyError, DecodingError, TransportError, LocalError>;
 
 /// The sentence that users read, whichever of the errors it is.
 QString errorDescription(const ServiceError &error);

@@ -65,12 +65,6 @@ std::unexpected<ServiceError> failure(ServiceError error)
 
 } // namespace
 
-ServiceConfig ServiceConfig::builtIn(const QUrl &baseURL, HttpLimits limits)
-{
-    limits.longestSilence = limits.longestTransfer;
-    return {.baseURL = baseURL, .limits = std::move(limits)};
-}
-
 TinifyService::TinifyService(const ServiceConfig &config)
     : m_baseURL(config.baseURL), m_session(config.limits)
 {

@@ -79,7 +79,7 @@ std::unique_ptr<QQmlApplicationEngine> Application::takeEngine()
     return std::move(m_engine);
 }
 
-int Application::run(SettingsStore &settings, const ServiceConfig &service)
+int Application::run(SettingsStore &settings, const std::optional<ServiceConfig> &service)
 {
     PixpressApp app(settings, service);
     const auto engine = takeEngine();

@@ -9,6 +9,7 @@
 #include <QGuiApplication>
 
 #include <memory>
+#include <optional>
 
 class QQmlApplicationEngine;
 
@@ -23,7 +24,8 @@ public:
 
     /// Shows the window, adds the files that the command line names, and runs until it is closed.
     /// Returns the exit status.
-    int run(SettingsStore &settings, const ServiceConfig &service);
+    /// Without a service, pictures are compressed on this computer.
+    int run(SettingsStore &settings, const std::optional<ServiceConfig> &service);
 
     /// The engine that run() would use, which must be destroyed before what its window shows.
     std::unique_ptr<QQmlApplicationEngine> takeEngine();

@@ -6,6 +6,7 @@
 #include "ui/droppedfiles.h"
 #include "ui/engine.h"
 #include "ui/intake.h"
+#include "worker/localservice.h"
 
 #include <QQmlApplicationEngine>
 #include <QQuickWindow>
@@ -23,18 +24,27 @@ namespace {
 /// By then the window shows, also on a slow machine.
 constexpr auto readAheadDelay = 300ms;
 
+std::unique_ptr<CompressionService> compressionService(const std::optional<ServiceConfig> &remote,
+                                                       Worker &worker)
+{
+    if (remote)
+        return std::make_unique<TinifyService>(*remote);
+    return std::make_unique<LocalService>(worker);
+}
+
 } // namespace
 
-PixpressApp::PixpressApp(SettingsStore &settings, const ServiceConfig &service)
+PixpressApp::PixpressApp(SettingsStore &settings, const std::optional<ServiceConfig> &service)
     : PixpressApp(settings, service, Seams())
 {
 }
 
-PixpressApp::PixpressApp(SettingsStore &settings, const ServiceConfig &service, Seams seams)
+PixpressApp::PixpressApp(SettingsStore &settings, const std::optional<ServiceConfig> &service,
+                         Seams seams)
     : m_settings(settings),
       m_reveal(std::move(seams.reveal)),
       m_service(service),
-      m_appState(settings, service, filePanel(std::move(seams.openPanel)), std::move(seams.clock)),
+      m_appState(settings, compressionService(service, m_worker), filePanel(std::move(seams.openPanel)), std::move(seams.clock)),
       m_tasks(*m_appState.compressionQueue()),
       m_options(m_appState, folderPanel(std::move(seams.folderChooser)))
 {
@@ -53,7 +63,7 @@ bool PixpressApp::show(QQmlApplicationEngine &engine)
     QTimer::singleShot(readAheadDelay, &engine, [this, &engine] {
         readAhead(engine, u"TaskListView"_s);
         readAhead(engine, u"SettingsSheet"_s);
-        m_thumbnails.prepare();
+        m_worker.start();
     });
     // Once the window exists: also when it was started from a terminal it shall be in front.
     QMetaObject::invokeMethod(
@@ -152,7 +162,7 @@ QString PixpressApp::storedKey() const
 
 QCoro::Task<TinifyService::Result<bool>> PixpressApp::validateAPIKey(QString key)
 {
-    const auto check = m_checks.emplace(m_checks.end(), m_service);
+    const auto check = m_checks.emplace(m_checks.end(), m_service.value());
     const auto isValid = co_await check->validateAPIKey(key);
     // Not here, where its own answer is being delivered. When the application is ending this is
     // never run, and must not be: the list is going.

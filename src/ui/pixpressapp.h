@@ -9,11 +9,13 @@
 #include "ui/reveal.h"
 #include "ui/taskmodel.h"
 #include "ui/thumbnails.h"
+#include "worker/worker.h"
 
 #include <QObject>
 #include <QQmlEngine>
 
 #include <list>
+#include <optional>
 
 class QQmlApplicationEngine;
 
@@ -42,9 +44,10 @@ public:
         QuotaTracker::Clock clock = &QDateTime::currentDateTime;
     };
 
-    /// `settings` must outlive the application.
-    PixpressApp(SettingsStore &settings, const ServiceConfig &service);
-    PixpressApp(SettingsStore &settings, const ServiceConfig &service, Seams seams);
+    /// With the web service, or without one: pictures are then compressed on this computer, and
+    /// no key is needed. `settings` must outlive the application.
+    PixpressApp(SettingsStore &settings, const std::optional<ServiceConfig> &service);
+    PixpressApp(SettingsStore &settings, const std::optional<ServiceConfig> &service, Seams seams);
     ~PixpressApp() override;
 
     AppState *appState() { return &m_appState; }
@@ -79,7 +82,7 @@ public:
 
     /// The stored key, to fill a masked field with; empty when there is none.
     Q_INVOKABLE QString storedKey() const;
-    /// Asks the service, and saves the key when it is good. Any number at a time.
+    /// Asks the web service, and saves the key when it is good. Any number at a time.
     QCoro::Task<TinifyService::Result<bool>> validateAPIKey(QString key);
 
 Q_SIGNALS:
@@ -97,11 +100,12 @@ private:
     Panels m_panels;
     bool m_isPanelOpen = false;
     const Revealer m_reveal;
-    const ServiceConfig m_service;
+    const std::optional<ServiceConfig> m_service;
+    Worker m_worker;
     AppState m_appState;
     TaskModel m_tasks;
     OptionsEditor m_options;
-    Thumbnails m_thumbnails;
+    Thumbnails m_thumbnails{m_worker};
     /// One a running check. Last, so that they go first: that ends the checks.
     std::list<TinifyService> m_checks;
 };

@@ -3,14 +3,11 @@
 
 #include "ui/thumbnails.h"
 
-#include "pictures/thumbnail.h"
 #include "pipeline/descriptor.h"
 
-#include <QPromise>
+#include <QPointer>
 
 #include <algorithm>
-#include <limits>
-#include <memory>
 #include <utility>
 
 #include <fcntl.h>
@@ -21,6 +18,12 @@ namespace {
 
 constexpr int thumbnailPixels = 72;
 
+/// Leaves a core to the window, but at least two, so that one slow picture does not hold up all.
+int mostRunning()
+{
+    return std::max(2, QThread::idealThreadCount() - 1);
+}
+
 QImage toQImage(const Thumbnail &thumbnail)
 {
     return QImage(reinterpret_cast<const uchar *>(thumbnail.rgba.constData()), thumbnail.width,
@@ -28,64 +31,69 @@ QImage toQImage(const Thumbnail &thumbnail)
         .copy();
 }
 
-/// A core is left to the window. A lower priority would say so better, but on Linux the threads
-/// that libvips begins for a thumbnail inherit it, and compress pictures later: beside other
-/// programs that are busy those would take many times as long, and seem to hang.
-int threadCount()
-{
-    return std::max(1, QThread::idealThreadCount() - 1);
-}
-
 } // namespace
 
-QImage generateThumbnail(const QUrl &file, const std::atomic_bool &stopped)
+Thumbnails::Thumbnails(Worker &worker) : m_worker(worker)
 {
-    const auto opened = Descriptor::open(file.toLocalFile(), O_RDONLY);
-    if (!opened || !opened->size())
-        return {};
-    return toQImage(makeThumbnail(opened->get(), thumbnailPixels, stopped));
-}
-
-Thumbnails::Thumbnails()
-{
-    m_pool.setMaxThreadCount(1); // until prepare() is done
+    m_openers.setMaxThreadCount(mostRunning());
 }
 
 Thumbnails::~Thumbnails()
 {
-    m_stopped = true;
-    m_pool.clear();
-    m_pool.waitForDone();
-}
-
-void Thumbnails::prepare()
-{
-    if (std::exchange(m_isPrepared, true))
-        return;
-    // On the only thread: glibc lets no thread begin while a library is being loaded, so that the
-    // window would stand still until then for each further one.
-    m_pool.start(
-        [this] {
-            makeThumbnail(-1, thumbnailPixels, m_stopped); // no picture, but all that one needs
-            m_pool.setMaxThreadCount(threadCount());
-        },
-        std::numeric_limits<int>::max());
+    m_openers.waitForDone();
 }
 
 QFuture<QImage> Thumbnails::request(const QUrl &file)
 {
-    prepare();
-    // std::function, which the pool takes, must be copyable; a promise is not.
-    const auto promise = std::make_shared<QPromise<QImage>>();
-    m_pool.start(
-        [this, promise, file] {
-            promise->start();
-            if (!promise->isCanceled())
-                promise->addResult(generateThumbnail(file, m_stopped));
-            promise->finish();
-        },
-        ++m_requests);
-    return promise->future();
+    auto pending = std::make_shared<Pending>();
+    pending->file = file;
+    pending->promise.start();
+    m_waiting.push_back(pending);
+    startNext();
+    return pending->promise.future();
+}
+
+void Thumbnails::startNext()
+{
+    while (m_running < mostRunning() && !m_waiting.empty()) {
+        const PendingPointer pending = std::move(m_waiting.back());
+        m_waiting.pop_back();
+        if (pending->promise.isCanceled())
+            pending->promise.finish();
+        else
+            start(pending);
+    }
+}
+
+void Thumbnails::start(const PendingPointer &pending)
+{
+    ++m_running;
+    m_openers.start([this, pending] {
+        auto opened = std::make_shared<Descriptor::Result<Descriptor>>(
+            Descriptor::open(pending->file.toLocalFile(), O_RDONLY));
+        const bool isFile = *opened && (*opened)->size();
+        QMetaObject::invokeMethod(
+            this,
+            [this, pending, opened, isFile] {
+                if (!isFile)
+                    return finish(pending, {});
+                m_worker.makeThumbnail(
+                    (*opened)->get(), thumbnailPixels,
+                    [self = QPointer(this), pending](const auto &thumbnail) {
+                        if (self)
+                            self->finish(pending, thumbnail ? toQImage(*thumbnail) : QImage());
+                    });
+            },
+            Qt::QueuedConnection);
+    });
+}
+
+void Thumbnails::finish(const PendingPointer &pending, const QImage &image)
+{
+    --m_running;
+    pending->promise.addResult(image);
+    pending->promise.finish();
+    startNext();
 }
 
 } // namespace pixpress

@@ -3,26 +3,25 @@
 
 #pragma once
 
+#include "worker/worker.h"
+
 #include <QFuture>
 #include <QImage>
 #include <QObject>
+#include <QPromise>
 #include <QQmlEngine>
 #include <QThreadPool>
 #include <QUrl>
 
-#include <atomic>
+#include <memory>
+#include <vector>
 
 namespace pixpress {
 
-/// A small picture of an image file: upright, the first frame, at most 72 pixels on its longer side
-/// (twice the 36 logical ones it is shown at), made from the full picture and never from an
-/// embedded preview. A null image when the file is missing, damaged, no regular file or absurdly
-/// large. Runs on any thread, which it blocks; ends early, with a null image, soon after `stopped`
-/// is raised.
-QImage generateThumbnail(const QUrl &file, const std::atomic_bool &stopped);
-
-/// Makes thumbnails in the background, with a core left to the window. What was asked for last
-/// comes first: that is what a person who scrolls is looking at. GUI thread only.
+/// Makes small pictures of image files in the worker: upright, the first frame, at most 72 pixels
+/// on the longer side (twice the 36 logical ones that they are shown at), made from the full picture
+/// and never from an embedded preview. The latest request comes first, since that is what a person
+/// who scrolls is looking at. GUI thread only.
 class Thumbnails : public QObject
 {
     Q_OBJECT
@@ -30,22 +29,31 @@ class Thumbnails : public QObject
     QML_UNCREATABLE("The application has one.")
 
 public:
-    Thumbnails();
-    /// Waits for the pictures being decoded, whose decoding is cut short.
+    /// `worker` must outlive this object.
+    explicit Thumbnails(Worker &worker);
+    /// Cancels what has not been answered.
     ~Thumbnails() override;
 
-    /// Loads in the background what the first picture needs, if that has not been done.
-    void prepare();
-
-    /// As generateThumbnail(). Cancel the future when nobody looks any more: work that has not
-    /// begun is then left out.
+    /// A null image if the file is missing, damaged, no regular file or absurdly large. Cancel the
+    /// future when nobody looks any more: if the work has not begun, it is left out.
     QFuture<QImage> request(const QUrl &file);
 
 private:
-    std::atomic_bool m_stopped = false;
-    bool m_isPrepared = false;
-    int m_requests = 0; ///< Rises, and with it the priority.
-    QThreadPool m_pool;
+    struct Pending
+    {
+        QPromise<QImage> promise;
+        QUrl file;
+    };
+    using PendingPointer = std::shared_ptr<Pending>;
+
+    void startNext();
+    void start(const PendingPointer &pending);
+    void finish(const PendingPointer &pending, const QImage &image);
+
+    Worker &m_worker;
+    std::vector<PendingPointer> m_waiting;
+    int m_running = 0;
+    QThreadPool m_openers; ///< Opening a file may take its time, as on a network drive.
 };
 
 } // namespace pixpress

@@ -3,11 +3,17 @@
 
 #include "pictures.h"
 
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+
 #include <QTest>
 #include <QtEndian>
 
 #include <algorithm>
 #include <cmath>
+
+using namespace Qt::StringLiterals;
 
 namespace pixpress::testing {
 
@@ -149,6 +155,37 @@ QByteArray field(const VImage &image, const char *name)
     const QByteArray result(text);
     g_free(text);
     return result;
+}
+
+RequestOptions requestOptions(const QByteArray &json)
+{
+    const QJsonObject object = QJsonDocument::fromJson(json).object();
+    const QJsonObject resize = object["resize"_L1].toObject();
+    const auto side = [&](const char *name) {
+        return resize.contains(QLatin1String(name))
+                   ? std::optional(resize[QLatin1String(name)].toInteger())
+                   : std::nullopt;
+    };
+    RequestOptions options;
+    if (!resize.isEmpty())
+        options.resize = {fromRawValue<ResizeMode>(resize["method"_L1].toString()).value(),
+                          side("width"), side("height"_s)};
+    const QString type = object["convert"_L1]["type"_L1].toString();
+    if (type == QLatin1String("*/*"))
+        std::ranges::copy(allCases<ImageFormat>(), std::back_inserter(options.convert));
+    else if (!type.isEmpty())
+        options.convert = {fromRawValue<ImageFormat>(type).value()};
+    if (const QString background = object["transform"_L1]["background"_L1].toString();
+        !background.isEmpty()) {
+        const uint colour = background.mid(1).toUInt(nullptr, 16);
+        options.background = {static_cast<quint8>(colour >> 16), static_cast<quint8>(colour >> 8),
+                              static_cast<quint8>(colour)};
+    }
+    const QJsonArray preserve = object["preserve"_L1].toArray();
+    options.preserve = {.copyright = preserve.contains(u"copyright"_s),
+                        .creation = preserve.contains(u"creation"_s),
+                        .location = preserve.contains(u"location"_s)};
+    return options;
 }
 
 void addOrientationRows()

@@ -3,7 +3,7 @@
 
 #pragma once
 
-#include "model/formats.h"
+#include "codec/requestoptions.h"
 
 #include <QByteArray>
 
@@ -46,6 +46,10 @@ double distance(const std::vector<double> &a, const std::vector<double> &b);
 
 /// A string field of the image's header; empty when it has none of this name.
 QByteArray field(const vips::VImage &image, const char *name);
+
+/// Options written as the web service takes them: {"convert":{"type":"image/webp"}}; "*/*" stands
+/// for every format.
+RequestOptions requestOptions(const QByteArray &json);
 
 /// Adds the columns "format" and "orientation" to a test's table: those formats whose metadata
 /// tells how to turn a picture, with each of the eight ways.

@@ -2,8 +2,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
 #include "codec/vipslibrary.h"
-#include "pictures/codec.h"
-#include "pictures/thumbnail.h"
+#include "codec/codec.h"
+#include "codec/thumbnail.h"
 
 #include "brokenpictures.h"
 #include "pictures.h"
@@ -134,7 +134,7 @@ void TestBrokenPictures::tryThumbnail(const QByteArray &bytes)
 
 void TestBrokenPictures::tryCompressing(const QByteArray &bytes, const QByteArray &options)
 {
-    const auto result = compress(bytes, parseRequestOptions(options).value(), pixelLimit, running);
+    const auto result = compress(bytes, requestOptions(options), pixelLimit, running);
     if (!result) {
         ++m_refused;
         const CodecError &error = result.error();

@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
 #include "codec/vipslibrary.h"
-#include "pictures/codec.h"
+#include "codec/codec.h"
 
 #include "pictures.h"
 
@@ -54,7 +54,7 @@ constexpr qint64 pixelLimit = 50'000'000;
 std::expected<Encoded, CodecError> tryCompress(const QByteArray &bytes,
                                                const QByteArray &options = "{}")
 {
-    return compress(bytes, parseRequestOptions(options).value(), pixelLimit, running);
+    return compress(bytes, requestOptions(options), pixelLimit, running);
 }
 
 Encoded compressed(const QByteArray &bytes, const QByteArray &options = "{}")
@@ -226,7 +226,7 @@ void TestCodec::transparency_fallsOnTheBackground_data()
         ImageFormat::avif, 16, 32, 48);
     row("WebP", R"({"convert":{"type":"image/webp"},"transform":{"background":"#c02030"}})",
         ImageFormat::webp, 192, 32, 48);
-    row("same format", R"({"transform":{"background":"black"}})", ImageFormat::png, 0, 0, 0);
+    row("same format", R"({"transform":{"background":"#000000"}})", ImageFormat::png, 0, 0, 0);
 }
 
 void TestCodec::transparency_fallsOnTheBackground()

@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
 #include "codec/vipslibrary.h"
-#include "pictures/codec.h"
+#include "codec/codec.h"
 
 #include "pictures.h"
 

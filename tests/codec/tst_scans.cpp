@@ -3,7 +3,7 @@
 
 #include "codec/scans.h"
 #include "codec/vipslibrary.h"
-#include "pictures/codec.h"
+#include "codec/codec.h"
 
 #include "brokenpictures.h"
 #include "pictures.h"

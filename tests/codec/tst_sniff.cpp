@@ -3,7 +3,7 @@
 
 #include "codec/sniff.h"
 #include "codec/vipslibrary.h"
-#include "pictures/codec.h"
+#include "codec/codec.h"
 
 #include "pictures.h"
 

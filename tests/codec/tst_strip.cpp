@@ -4,7 +4,7 @@
 #include "codec/strip.h"
 
 #include "codec/vipslibrary.h"
-#include "pictures/codec.h"
+#include "codec/codec.h"
 
 #include "pictures.h"
 

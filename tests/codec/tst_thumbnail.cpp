@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
 #include "pictures.h"
-#include "pictures/thumbnail.h"
+#include "codec/thumbnail.h"
 
 #include <QTemporaryFile>
 #include <QTest>

@@ -5,8 +5,8 @@
 
 #include "codec/sniff.h"
 #include "codec/strip.h"
-#include "pictures/codec.h"
-#include "pictures/thumbnail.h"
+#include "codec/codec.h"
+#include "codec/thumbnail.h"
 
 #include <algorithm>
 
@@ -38,29 +38,31 @@ void checkEncoded(const Encoded &encoded, const PictureInfo &original)
 }
 
 /// Some options, which follow from the input.
-RequestOptions optionsFor(quint64 choice)
+CompressionOptions optionsFor(quint64 choice)
 {
     const auto take = [&choice](quint64 count) {
         const quint64 taken = choice % count;
         choice /= count;
         return taken;
     };
-    RequestOptions options;
+    CompressionOptions options;
     if (take(2) != 0)
-        options.convert = {allCases<ImageFormat>()[take(4)]};
-    if (take(2) != 0)
-        options.background = RequestOptions::Colour{1, 2, 3};
-    options.preserve = {take(2) != 0, take(2) != 0, take(2) != 0};
-    if (take(2) != 0)
-        options.resize =
-            ResizeRequest{allCases<ResizeMode>()[take(4)], static_cast<qint64>(1 + take(40)),
-                          static_cast<qint64>(1 + take(40))};
+        options.convertEnabled = true;
+    options.convertFormat = allCases<ImageFormat>()[take(4)];
+    options.backgroundColor = QStringLiteral("#010203");
+    options.preserveCopyright = take(2) != 0;
+    options.preserveCreation = take(2) != 0;
+    options.preserveLocation = take(2) != 0;
+    options.resizeEnabled = take(2) != 0;
+    options.resizeMode = allCases<ResizeMode>()[take(4)];
+    options.resizeWidth = static_cast<qint64>(1 + take(40));
+    options.resizeHeight = static_cast<qint64>(1 + take(40));
     return options;
 }
 
 } // namespace
 
-// An upload to the local service: refused with a sentence, or answered with a picture of the same
+// A picture to compress: refused with a sentence, or answered with a picture of the same
 // format and size that is not larger; then the same with some options.
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
 {
@@ -86,10 +88,10 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
         checkError(plain.error());
     }
 
-    const RequestOptions options = optionsFor(fuzz::digestOf(original));
-    if (const auto reworked = compress(original, options, maxPixels, stopped)) {
+    const CompressionOptions options = optionsFor(fuzz::digestOf(original));
+    if (const auto reworked = compress(original, toRequestOptions(options).value(), maxPixels, stopped)) {
         HOLDS(plain);
-        HOLDS(reworked->format == options.convert.value(0, info->format));
+        HOLDS(reworked->format == (options.convertEnabled ? options.convertFormat : info->format));
         checkEncoded(*reworked, *info);
     } else {
         checkError(reworked.error());

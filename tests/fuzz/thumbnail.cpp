@@ -3,7 +3,7 @@
 
 #include "memoryfile.h"
 
-#include "pictures/thumbnail.h"
+#include "codec/thumbnail.h"
 
 #include <algorithm>
 
