@@ -169,7 +169,7 @@ RequestOptions requestOptions(const QByteArray &json)
     RequestOptions options;
     if (!resize.isEmpty())
         options.resize = {fromRawValue<ResizeMode>(resize["method"_L1].toString()).value(),
-                          side("width"), side("height"_s)};
+                          side("width"), side("height")};
     const QString type = object["convert"_L1]["type"_L1].toString();
     if (type == QLatin1String("*/*"))
         std::ranges::copy(allCases<ImageFormat>(), std::back_inserter(options.convert));
@@ -182,9 +182,9 @@ RequestOptions requestOptions(const QByteArray &json)
                               static_cast<quint8>(colour)};
     }
     const QJsonArray preserve = object["preserve"_L1].toArray();
-    options.preserve = {.copyright = preserve.contains(u"copyright"_s),
-                        .creation = preserve.contains(u"creation"_s),
-                        .location = preserve.contains(u"location"_s)};
+    options.preserve = {.copyright = preserve.contains("copyright"_L1),
+                        .creation = preserve.contains("creation"_L1),
+                        .location = preserve.contains("location"_L1)};
     return options;
 }
 

@@ -22,5 +22,5 @@ int main(int argc, char *argv[])
     QCoreApplication::setApplicationName(QStringLiteral("pixpress"));
     Application application(argc, argv);
     UserSettings settings;
-    return application.run(settings, {.baseURL = address, .limits = {}});
+    return application.run(settings, ServiceConfig{.baseURL = address, .limits = {}});
 }

@@ -14,8 +14,7 @@ using namespace pixpress::test;
 using namespace Qt::StringLiterals;
 
 /// What a session leaves on the disk: the pictures that were asked for, and the settings. Nowhere
-/// else the name of a picture or of its folder; and nowhere at all the key that pixpress-offline
-/// makes for itself.
+/// else the name of a picture or of its folder.
 class TracesTest : public QObject
 {
     Q_OBJECT
@@ -24,8 +23,7 @@ private Q_SLOTS:
     void init();
     void cleanup();
 
-    void offline_leavesTheCountAlone();
-    void offlineKey_isInTheMemoryOnly();
+    void offline_leavesNothing();
     void remote_leavesTheKeyAndTheCount();
 
 private:
@@ -42,39 +40,6 @@ private:
     std::unique_ptr<Desktop> m_desktop;
     std::unique_ptr<Program> m_program;
 };
-
-namespace {
-
-/// The key that a pixpress-offline has sent to itself, as the request for a compression stands in
-/// its memory: "Basic", and in base64 "api:" and the key. Empty when there is none.
-QByteArray keyInMemory(qint64 processId)
-{
-    QFile maps(u"/proc/%1/maps"_s.arg(processId));
-    QFile memory(u"/proc/%1/mem"_s.arg(processId));
-    if (!maps.open(QIODevice::ReadOnly) ||
-        !memory.open(QIODevice::ReadOnly | QIODevice::Unbuffered))
-        return {};
-    constexpr qint64 largest = 1 << 28; // of what a program fills; sanitizers reserve terabytes
-    for (QByteArray line = maps.readLine(); !line.isEmpty(); line = maps.readLine()) {
-        const QByteArrayList words = line.simplified().split(' ');
-        const QByteArrayList bounds = words.value(0).split('-');
-        const qint64 begin = bounds.value(0).toLongLong(nullptr, 16);
-        const qint64 size = bounds.value(1).toLongLong(nullptr, 16) - begin;
-        if (!words.value(1).startsWith("rw") || size > largest || !memory.seek(begin))
-            continue;
-        const QByteArray content = memory.read(size);
-        const QByteArray start = "Basic " + QByteArray("api:").toBase64().first(5);
-        for (qsizetype at = content.indexOf(start); at >= 0; at = content.indexOf(start, at + 1)) {
-            constexpr qsizetype length = (4 + 64) / 3 * 4 + 4; // of what is 68 bytes in base64
-            const auto credentials = QByteArray::fromBase64(content.mid(at + 6, length));
-            if (credentials.size() == 4 + 64)
-                return credentials.mid(4);
-        }
-    }
-    return {};
-}
-
-} // namespace
 
 void TracesTest::init()
 {
@@ -168,43 +133,17 @@ void TracesTest::verifyHidden(const QByteArrayList &marks) const
     }
 }
 
-void TracesTest::offline_leavesTheCountAlone()
+void TracesTest::offline_leavesNothing()
 {
     start(QStringLiteral(PIXPRESS_OFFLINE),
           {m_desktop->sample(u"island map.png"_s, u"argument %1.png"_s.arg(m_mark))});
     live();
     QCOMPARE(traces(), QStringList());
-    QCOMPARE(m_desktop->settings(u"Pixpress Offline"_s).keys(),
-             QStringList({u"pixpress_quota_count"_s, u"pixpress_quota_month"_s}));
+    QVERIFY(!QFile::exists(m_desktop->settingsPath(u"Pixpress Offline"_s)));
 
     start(QStringLiteral(PIXPRESS_OFFLINE), {});
     QCOMPARE(m_program->area().size(), QSize(920, 620));
     QCOMPARE(greenPoints(m_program->picture()), 0); // the list is gone
-}
-
-void TracesTest::offlineKey_isInTheMemoryOnly()
-{
-    start(QStringLiteral(PIXPRESS_OFFLINE),
-          {m_desktop->sample(u"island map.png"_s, u"argument.png"_s)});
-    QTRY_VERIFY_WITH_TIMEOUT(m_desktop->size(u"argument-pixpress.png"_s) > 0, patience);
-    const QByteArray key = keyInMemory(m_program->processId());
-    QCOMPARE(key.size(), 64);
-    const QByteArrayList marks{key, QByteArray::fromHex(key), ("api:" + key).toBase64().mid(8, 80)};
-
-    QCOMPARE(filesWith(marks), QStringList());
-    verifyHidden(marks);
-    m_desktop->display().close(m_program->window());
-    QCOMPARE(m_program->exitStatus(), 0);
-    QCOMPARE(filesWith(marks), QStringList());
-    for (const QByteArray &mark : marks)
-        QVERIFY(!m_program->output().contains(mark) && !m_program->errors().contains(mark));
-
-    start(QStringLiteral(PIXPRESS_OFFLINE),
-          {m_desktop->sample(u"lighthouse.jpeg"_s, u"next.jpeg"_s)});
-    QTRY_VERIFY_WITH_TIMEOUT(m_desktop->size(u"next-pixpress.jpeg"_s) > 0, patience);
-    const QByteArray nextKey = keyInMemory(m_program->processId());
-    QCOMPARE(nextKey.size(), 64);
-    QVERIFY(nextKey != key);
 }
 
 void TracesTest::remote_leavesTheKeyAndTheCount()

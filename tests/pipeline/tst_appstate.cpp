@@ -33,14 +33,18 @@ private Q_SLOTS:
 
 private:
     // Nothing listens there: what is started fails.
-    const ServiceConfig m_nowhere{.baseURL = QUrl(u"http://127.0.0.1:1"_s), .limits = {}};
+    static std::unique_ptr<CompressionService> nowhere()
+    {
+        return std::make_unique<TinifyService>(
+            ServiceConfig{.baseURL = QUrl(u"http://127.0.0.1:1"_s), .limits = {}});
+    }
     const OpenPanel m_noPanel = [](const OpenPanelRequest &) { return QList<QUrl>(); };
 };
 
 void AppStateTest::firstStart_hasDefaults()
 {
     TransientSettings settings;
-    AppState state(settings, m_nowhere, m_noPanel);
+    AppState state(settings, nowhere(), m_noPanel);
     QCOMPARE(state.showSettings(), false);
     QCOMPARE(state.isAPIKeyConfigured(), false);
     QVERIFY(state.options() == CompressionOptions());
@@ -68,7 +72,7 @@ void AppStateTest::storedKey_isConfigured()
     TransientSettings settings;
     if (stored.isValid())
         settings.setValue(u"pixpress_api_key"_s, stored);
-    const AppState state(settings, m_nowhere, m_noPanel);
+    const AppState state(settings, nowhere(), m_noPanel);
     QCOMPARE(state.isAPIKeyConfigured(), configured);
 }
 
@@ -84,7 +88,7 @@ void AppStateTest::saveAPIKey_storesItUnchanged()
 {
     QFETCH(const QString, key);
     TransientSettings settings;
-    AppState state(settings, m_nowhere, m_noPanel);
+    AppState state(settings, nowhere(), m_noPanel);
     QSignalSpy changed(&state, &AppState::isAPIKeyConfiguredChanged);
     state.saveAPIKey(key);
     QCOMPARE(KeychainHelper::loadAPIKey(settings), key);
@@ -97,7 +101,7 @@ void AppStateTest::saveAPIKey_storesItUnchanged()
 void AppStateTest::savingAnEmptyKey_keepsTheFlag()
 {
     TransientSettings settings;
-    AppState state(settings, m_nowhere, m_noPanel);
+    AppState state(settings, nowhere(), m_noPanel);
     state.saveAPIKey(u"abc"_s);
     state.saveAPIKey(u""_s);
     QCOMPARE(state.isAPIKeyConfigured(), true);
@@ -110,7 +114,7 @@ void AppStateTest::savingAnEmptyKey_keepsTheFlag()
 void AppStateTest::queue_watchesTheQuota()
 {
     TransientSettings settings;
-    AppState state(settings, m_nowhere, m_noPanel);
+    AppState state(settings, nowhere(), m_noPanel);
     state.saveAPIKey(u"abc"_s);
     state.quotaTracker()->setCurrentCount(500);
     state.compressionQueue()->addFiles({QUrl(u"file:///a.png"_s)}, {});
@@ -121,7 +125,7 @@ void AppStateTest::queue_watchesTheQuota()
 void AppStateTest::setters_signalRealChangesOnly()
 {
     TransientSettings settings;
-    AppState state(settings, m_nowhere, m_noPanel);
+    AppState state(settings, nowhere(), m_noPanel);
     QSignalSpy shown(&state, &AppState::showSettingsChanged);
     QSignalSpy options(&state, &AppState::optionsChanged);
     state.setShowSettings(false);
@@ -139,7 +143,7 @@ void AppStateTest::openFilePicker_asksForWhatItNeeds()
 {
     TransientSettings settings;
     QList<OpenPanelRequest> asked;
-    AppState state(settings, m_nowhere, [&](const OpenPanelRequest &request) {
+    AppState state(settings, nowhere(), [&](const OpenPanelRequest &request) {
         asked.append(request);
         return QList<QUrl>();
     });
@@ -156,7 +160,7 @@ void AppStateTest::openFilePicker_asksForWhatItNeeds()
 void AppStateTest::openFilePicker_addsSupportedFiles()
 {
     TransientSettings settings;
-    AppState state(settings, m_nowhere, [](const OpenPanelRequest &) {
+    AppState state(settings, nowhere(), [](const OpenPanelRequest &) {
         return QList<QUrl>{QUrl(u"file:///x/a.png"_s), QUrl(u"file:///x/notes.txt"_s)};
     });
     const CompressionOptions options{.preserveLocation = true};
@@ -171,7 +175,7 @@ void AppStateTest::cancelledPicker_addsNothing()
 {
     TransientSettings settings; // without a key: each call of addFiles would mark a task as failed
     QList<QUrl> picked{QUrl(u"file:///a.png"_s), QUrl(u"file:///b.png"_s)};
-    AppState state(settings, m_nowhere, [&](const OpenPanelRequest &) { return picked; });
+    AppState state(settings, nowhere(), [&](const OpenPanelRequest &) { return picked; });
     state.openFilePicker();
     const auto before = state.compressionQueue()->tasks();
     picked.clear();
@@ -184,7 +188,7 @@ void AppStateTest::cancelledPicker_addsNothing()
 void AppStateTest::options_reachLaterFilesOnly()
 {
     TransientSettings settings;
-    AppState state(settings, m_nowhere, m_noPanel);
+    AppState state(settings, nowhere(), m_noPanel);
     CompressionQueue &queue = *state.compressionQueue();
     queue.addFiles({QUrl(u"file:///a.png"_s)}, state.options());
     state.setOptions({.convertEnabled = true});
@@ -199,13 +203,13 @@ void AppStateTest::restart_keepsKeyAndCountAndForgetsOptions()
 {
     TransientSettings settings;
     {
-        AppState state(settings, m_nowhere, m_noPanel);
+        AppState state(settings, nowhere(), m_noPanel);
         state.saveAPIKey(u"abc"_s);
         state.setOptions({.convertEnabled = true});
         state.quotaTracker()->setCurrentCount(376);
         state.quotaTracker()->persist();
     }
-    AppState state(settings, m_nowhere, m_noPanel);
+    AppState state(settings, nowhere(), m_noPanel);
     QCOMPARE(state.isAPIKeyConfigured(), true);
     QCOMPARE(state.quotaTracker()->currentCount(), 376);
     QVERIFY(state.options() == CompressionOptions());

@@ -37,7 +37,6 @@ class TinifyServiceTest : public QObject
 
 private Q_SLOTS:
     void defaults_areTheServicesOwn();
-    void builtInService_mayBeSilentWhileItWorks();
 
     void shrink_postsTheImageWithTheKey();
     void shrink_returnsWhatTheServiceTold();
@@ -67,22 +66,6 @@ void TinifyServiceTest::defaults_areTheServicesOwn()
     QCOMPARE(config.baseURL, QUrl(u"https://api.tinify.com"_s));
     QCOMPARE(config.limits.longestSilence, std::chrono::seconds(60));
     QCOMPARE(config.limits.longestTransfer, std::chrono::seconds(600));
-}
-
-void TinifyServiceTest::builtInService_mayBeSilentWhileItWorks()
-{
-    ScriptedServer server([](const Request &) { return Answer{.status = 415}; });
-    QCOMPARE(ServiceConfig::builtIn(server.url()).limits.longestSilence, std::chrono::seconds(600));
-
-    server.hold();
-    TinifyService service(ServiceConfig::builtIn(server.url(), {.longestSilence = 100ms}));
-    TinifyService remote({.baseURL = server.url(), .limits = {.longestSilence = 100ms}});
-    auto patient = service.shrink("image", u"key"_s);
-    auto impatient = remote.shrink("image", u"key"_s);
-    QCOMPARE(failure(QCoro::waitFor(impatient)), u"The request timed out."_s);
-    QTRY_COMPARE(server.waiting(), 1);
-    server.release();
-    QCOMPARE(failure(QCoro::waitFor(patient)), u"Unsupported image format"_s);
 }
 
 void TinifyServiceTest::shrink_postsTheImageWithTheKey()
