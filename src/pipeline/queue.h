@@ -26,8 +26,8 @@ namespace pixpress {
 /// while it waits for the service.
 ///
 /// Each call that adds, retries or ends a task starts at most one pending task. A batch that is
-/// added at once therefore runs one file after another, and more run at a time, within the limit, only
-/// when files are added while others run.
+/// added at once therefore runs one file after another, and more run at a time, within the limit,
+/// only when files are added while others run.
 class CompressionQueue : public QObject
 {
     Q_OBJECT

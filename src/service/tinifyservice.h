@@ -29,9 +29,8 @@ public:
     /// Uploads a whole image file. An empty key fails without a request.
     QCoro::Task<Result<ShrinkResponse>> shrink(QByteArray imageData, QString apiKey);
     /// The same: the web service learns of the options when the output is fetched.
-    QCoro::Task<Result<ShrinkResponse>> shrink(QByteArray imageData,
-                                               std::optional<CompressionOptions>,
-                                               QString apiKey) override
+    QCoro::Task<Result<ShrinkResponse>>
+    shrink(QByteArray imageData, std::optional<CompressionOptions>, QString apiKey) override
     {
         return shrink(std::move(imageData), std::move(apiKey));
     }
@@ -39,8 +38,7 @@ public:
     /// Fetches the compressed image and the month's count (not positive: not reported). Options
     /// that ask for a change of the image make it a POST with their body, else it is a GET.
     QCoro::Task<Result<std::pair<QByteArray, qint64>>>
-    fetchOutput(QUrl outputURL, std::optional<CompressionOptions> options,
-                QString apiKey) override;
+    fetchOutput(QUrl outputURL, std::optional<CompressionOptions> options, QString apiKey) override;
 
     /// Whether the service accepts the key. Compresses nothing and costs no compression.
     QCoro::Task<Result<bool>> validateAPIKey(QString key);

@@ -44,7 +44,8 @@ PixpressApp::PixpressApp(SettingsStore &settings, const std::optional<ServiceCon
     : m_settings(settings),
       m_reveal(std::move(seams.reveal)),
       m_service(service),
-      m_appState(settings, compressionService(service, m_worker), filePanel(std::move(seams.openPanel)), std::move(seams.clock)),
+      m_appState(settings, compressionService(service, m_worker),
+                 filePanel(std::move(seams.openPanel)), std::move(seams.clock)),
       m_tasks(*m_appState.compressionQueue()),
       m_options(m_appState, folderPanel(std::move(seams.folderChooser)))
 {

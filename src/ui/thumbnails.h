@@ -19,9 +19,9 @@
 namespace pixpress {
 
 /// Makes small pictures of image files in the worker: upright, the first frame, at most 72 pixels
-/// on the longer side (twice the 36 logical ones that they are shown at), made from the full picture
-/// and never from an embedded preview. The latest request comes first, since that is what a person
-/// who scrolls is looking at. GUI thread only.
+/// on the longer side (twice the 36 logical ones that they are shown at), made from the full
+/// picture and never from an embedded preview. The latest request comes first, since that is what a
+/// person who scrolls is looking at. GUI thread only.
 class Thumbnails : public QObject
 {
     Q_OBJECT

@@ -146,8 +146,8 @@ std::expected<QByteArray, int> readSealed(int descriptor, qint64 largest)
     }
     qint64 done = 0;
     while (done < *size) {
-        const ssize_t got = ::pread(descriptor, bytes.data() + done,
-                                    static_cast<size_t>(*size - done), done);
+        const ssize_t got =
+            ::pread(descriptor, bytes.data() + done, static_cast<size_t>(*size - done), done);
         if (got < 0 && errno == EINTR)
             continue;
         if (got <= 0)

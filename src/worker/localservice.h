@@ -24,8 +24,7 @@ public:
                                                std::optional<CompressionOptions> options,
                                                QString apiKey) override;
     QCoro::Task<Result<std::pair<QByteArray, qint64>>>
-    fetchOutput(QUrl outputURL, std::optional<CompressionOptions> options,
-                QString apiKey) override;
+    fetchOutput(QUrl outputURL, std::optional<CompressionOptions> options, QString apiKey) override;
 
 private:
     class Reply;

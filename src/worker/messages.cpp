@@ -38,14 +38,11 @@ std::optional<quint64> idOf(const QCborMap &map)
 
 QCborMap toMap(const CompressionOptions &options)
 {
-    QCborMap map{{u"convert"_s, options.convertEnabled},
-                 {u"format"_s, rawValue(options.convertFormat)},
-                 {u"background"_s, options.backgroundColor},
-                 {u"copyright"_s, options.preserveCopyright},
-                 {u"creation"_s, options.preserveCreation},
-                 {u"location"_s, options.preserveLocation},
-                 {u"resize"_s, options.resizeEnabled},
-                 {u"mode"_s, rawValue(options.resizeMode)}};
+    QCborMap map{
+        {u"convert"_s, options.convertEnabled},     {u"format"_s, rawValue(options.convertFormat)},
+        {u"background"_s, options.backgroundColor}, {u"copyright"_s, options.preserveCopyright},
+        {u"creation"_s, options.preserveCreation},  {u"location"_s, options.preserveLocation},
+        {u"resize"_s, options.resizeEnabled},       {u"mode"_s, rawValue(options.resizeMode)}};
     if (options.resizeWidth)
         map[u"width"_s] = *options.resizeWidth;
     if (options.resizeHeight)
@@ -110,14 +107,14 @@ struct Overloaded : Handlers...
 
 std::expected<void, int> Request::send(int socket, int flags) const
 {
-    QCborMap map = std::visit(
-        Overloaded{[](const CompressRequest &request) {
-                       return QCborMap{{u"compress"_s, toMap(request.options)}};
-                   },
-                   [](const ThumbnailRequest &request) {
-                       return QCborMap{{u"thumbnail"_s, request.longerSide}};
-                   }},
-        work);
+    QCborMap map =
+        std::visit(Overloaded{[](const CompressRequest &request) {
+                                  return QCborMap{{u"compress"_s, toMap(request.options)}};
+                              },
+                              [](const ThumbnailRequest &request) {
+                                  return QCborMap{{u"thumbnail"_s, request.longerSide}};
+                              }},
+                   work);
     map[u"id"_s] = static_cast<qint64>(id);
     return sendPacket(socket, map.toCborValue().toCbor(), picture.get(), flags);
 }

@@ -53,7 +53,8 @@ struct Compressed
 
 /// The pictures being compressed leave no memory for this one: ask again when one is done.
 struct Busy
-{};
+{
+};
 
 /// A sentence for the user.
 struct Failed

@@ -54,8 +54,8 @@ int spawnProcess(const QByteArray &program, int socket, pid_t &process)
 
     QByteArray name = program;
     char *const arguments[] = {name.data(), nullptr};
-    const int error = posix_spawn(&process, program.constData(), &actions, &attributes, arguments,
-                                  environ);
+    const int error =
+        posix_spawn(&process, program.constData(), &actions, &attributes, arguments, environ);
     posix_spawnattr_destroy(&attributes);
     posix_spawn_file_actions_destroy(&actions);
     return error;
@@ -152,8 +152,8 @@ std::expected<void, QString> Worker::ensureRunning()
 std::expected<void, QString> Worker::spawn()
 {
     const auto failure = [this](int error) {
-        return std::unexpected(u"\"%1\" could not be started: %2."_s.arg(
-            m_config.program, qt_error_string(error)));
+        return std::unexpected(
+            u"\"%1\" could not be started: %2."_s.arg(m_config.program, qt_error_string(error)));
     };
     auto channel = openChannel();
     if (!channel)
@@ -180,8 +180,9 @@ void Worker::dispatch()
         if (job != m_waiting.end() && !m_running.empty())
             break;
         if (job == m_waiting.end()) {
-            job = std::ranges::find_if(
-                m_waiting, [this](const auto &entry) { return !m_isFull || !isCompression(entry); });
+            job = std::ranges::find_if(m_waiting, [this](const auto &entry) {
+                return !m_isFull || !isCompression(entry);
+            });
         }
         if (job == m_waiting.end())
             break;
@@ -245,8 +246,8 @@ bool Worker::accept(const Packet &packet)
     const bool isCompression = pixpress::isCompression(*job);
     if (std::holds_alternative<Busy>(answer->result)) {
         if (!isCompression || std::ranges::count_if(m_running, [](const auto &entry) {
-            return pixpress::isCompression(entry);
-        }) < 2)
+                                  return pixpress::isCompression(entry);
+                              }) < 2)
             return false;
         m_isFull = true;
         m_waiting.insert(m_running.extract(job));
@@ -265,9 +266,9 @@ void Worker::onCrash()
     stop();
     m_isFull = false;
     if (m_running.size() == 1) {
-        const QString reason =
-            m_isGreeted ? u"The picture could not be processed: decoding it crashed."_s
-                        : u"\"%1\" ended before it was ready."_s.arg(m_config.program);
+        const QString reason = m_isGreeted
+                                   ? u"The picture could not be processed: decoding it crashed."_s
+                                   : u"\"%1\" ended before it was ready."_s.arg(m_config.program);
         return finish(m_running.begin(), std::unexpected(reason));
     }
     while (!m_running.empty()) {
@@ -282,11 +283,11 @@ void Worker::onTimeout()
 {
     stop();
     m_isFull = false;
-    const auto guilty = std::ranges::min_element(m_running, {}, [](const auto &entry) { return entry.second.deadline; });
+    const auto guilty = std::ranges::min_element(
+        m_running, {}, [](const auto &entry) { return entry.second.deadline; });
     if (guilty != m_running.end()) {
-        finish(guilty,
-               std::unexpected(u"Processing the picture took more than %1 seconds."_s.arg(
-                   std::chrono::ceil<std::chrono::seconds>(guilty->second.limit).count())));
+        finish(guilty, std::unexpected(u"Processing the picture took more than %1 seconds."_s.arg(
+                           std::chrono::ceil<std::chrono::seconds>(guilty->second.limit).count())));
     }
     m_waiting.merge(m_running);
     dispatch();
@@ -308,7 +309,8 @@ void Worker::stop()
     m_socket = FileDescriptor();
     if (m_process > 0) {
         ::kill(m_process, SIGKILL);
-        while (::waitpid(m_process, nullptr, 0) < 0 && errno == EINTR) {}
+        while (::waitpid(m_process, nullptr, 0) < 0 && errno == EINTR) {
+        }
     }
     m_process = -1;
 }

@@ -91,7 +91,7 @@ void TerminalTest::progress_showsThreeFilesAtATime()
         m_program->copySample(u"island map.png"_s, name);
         names.append(name);
     }
-    const QStringList shown = show(80, names);
+    const QStringList shown = show(80, QStringList{u"--jobs"_s, u"3"_s} + names);
     const QString three = u"0 of 5  compressing a.png, compressing b.png, compressing c.png"_s;
     QVERIFY2(shown.contains(three), qPrintable(shown.join(u'|')));
 

@@ -6,8 +6,8 @@
 
 using namespace pixpress;
 
-// A packet from a worker that is not to be trusted, and its memory: either is refused, or the answer
-// is what it says of itself. The first byte is the length of the packet.
+// A packet from a worker that is not to be trusted, and its memory: either is refused, or the
+// answer is what it says of itself. The first byte is the length of the packet.
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
 {
     const QByteArray input = fuzz::bytesOf(data, size);

@@ -3,9 +3,9 @@
 
 #include "memoryfile.h"
 
+#include "codec/codec.h"
 #include "codec/sniff.h"
 #include "codec/strip.h"
-#include "codec/codec.h"
 #include "codec/thumbnail.h"
 
 #include <algorithm>
@@ -89,7 +89,8 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
     }
 
     const CompressionOptions options = optionsFor(fuzz::digestOf(original));
-    if (const auto reworked = compress(original, toRequestOptions(options).value(), maxPixels, stopped)) {
+    if (const auto reworked =
+            compress(original, toRequestOptions(options).value(), maxPixels, stopped)) {
         HOLDS(plain);
         HOLDS(reworked->format == (options.convertEnabled ? options.convertFormat : info->format));
         checkEncoded(*reworked, *info);

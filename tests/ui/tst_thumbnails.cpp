@@ -186,7 +186,8 @@ private Q_SLOTS:
     void slowPicture_holdsUpNoOther()
     {
         Thumbnails thumbnails(m_worker);
-        const QFuture<QImage> slow = thumbnails.request(m_stage.picture(u"large.png"_s, 9000, 9000));
+        const QFuture<QImage> slow =
+            thumbnails.request(m_stage.picture(u"large.png"_s, 9000, 9000));
         QList<QFuture<QImage>> quick;
         for (int count = 0; count < 3; ++count)
             quick.append(thumbnails.request(m_stage.picture(u"small.png"_s, 100, 100)));

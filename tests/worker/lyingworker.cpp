@@ -84,9 +84,7 @@ const std::map<std::string, void (*)(quint64)> lies{
     {"no size", [](quint64 id) { send(cbor(thumbnail(id, 0, 2)), memory(0, sealed)); }},
     {"negative size", [](quint64 id) { send(cbor(thumbnail(id, -2, -2)), memory(16, sealed)); }},
     {"overflowing size",
-     [](quint64 id) {
-         send(cbor(thumbnail(id, 1LL << 62, 1LL << 62)), memory(0, sealed));
-     }},
+     [](quint64 id) { send(cbor(thumbnail(id, 1LL << 62, 1LL << 62)), memory(0, sealed)); }},
     {"fractional size", [](quint64 id) { send(cbor(thumbnail(id, 2.5, 2)), memory(16, sealed)); }},
     {"its own socket", [](quint64 id) { send(cbor(thumbnail(id, 2, 2)), STDIN_FILENO); }},
     {"a pipe",
@@ -103,32 +101,30 @@ const std::map<std::string, void (*)(quint64)> lies{
      }},
     {"a flood",
      [](quint64 id) {
-         while (sendPacket(STDIN_FILENO, cbor(thumbnail(id + 1, 2, 2)), -1)) {}
+         while (sendPacket(STDIN_FILENO, cbor(thumbnail(id + 1, 2, 2)), -1)) {
+         }
      }},
     {"silence", [](quint64) {}},
     {"death", [](quint64) { ::_exit(1); }},
 };
 
-/// Sends a picture back when the next request has come, and that one away.
-void beBusy()
+/// Sends pictures back as they came; but the first waits for the second, which is sent away once.
+void beBusyOnce()
 {
-    std::optional<Request> first;
-    while (auto packet = receivePacket(STDIN_FILENO)) {
-        auto request = Request::parse(*std::move(packet));
-        if (!request)
-            return;
-        if (!first) {
-            first = std::move(request);
-            if (first->id < 3)
-                continue;
-        } else {
-            (void)Answer{request->id, Busy()}.send(STDIN_FILENO);
-        }
-        const QByteArray bytes = readSealed(first->picture.get(), 100).value();
-        (void)Answer{first->id, Compressed{bytes, ImageFormat::png, ImageFormat::png, 1, 1}}.send(
+    const auto echo = [](const Request &request) {
+        const QByteArray bytes = readSealed(request.picture.get(), 100).value();
+        (void)Answer{request.id, Compressed{bytes, ImageFormat::png, ImageFormat::png, 1, 1}}.send(
             STDIN_FILENO);
-        first.reset();
-    }
+    };
+    const auto next = [] { return Request::parse(receivePacket(STDIN_FILENO).value()); };
+    const auto first = next();
+    const auto second = next();
+    if (!first || !second)
+        return;
+    (void)Answer{second->id, Busy()}.send(STDIN_FILENO);
+    echo(*first);
+    while (const auto request = next())
+        echo(*request);
 }
 
 } // namespace
@@ -145,7 +141,7 @@ int main()
     else
         (void)Greeting().send(STDIN_FILENO);
     if (name == "busy while another is under way")
-        beBusy();
+        beBusyOnce();
     while (auto packet = receivePacket(STDIN_FILENO)) {
         const auto request = Request::parse(*std::move(packet));
         if (!request)

@@ -82,7 +82,8 @@ void tryAll(const std::string &folder, int listening, pid_t parent)
     report("listen", [&] { return ::listen(listening, 1); });
     report("accept", [&] { return ::accept(listening, nullptr, nullptr); });
     report("execute", execute);
-    report("fork", [] { return ::syscall(SYS_clone, SIGCHLD, nullptr, nullptr, nullptr, nullptr); });
+    report("fork",
+           [] { return ::syscall(SYS_clone, SIGCHLD, nullptr, nullptr, nullptr, nullptr); });
     report("trace", [&] { return ::ptrace(PTRACE_ATTACH, parent, nullptr, nullptr); });
     report("signal another process", [&] { return ::kill(parent, 0); });
     report("signal another thread", [&] { return ::syscall(SYS_tgkill, parent, parent, 0); });

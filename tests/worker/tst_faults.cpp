@@ -37,6 +37,18 @@ qsizetype openDescriptors()
     return QDir(u"/proc/self/fd"_s).entryList(QDir::Files | QDir::System).size();
 }
 
+/// The same picture, 200 pixels wide.
+QByteArray shrunk(const QByteArray &picture)
+{
+    Worker worker;
+    QByteArray result;
+    worker.compress(picture, {.resizeEnabled = true, .resizeWidth = 200, .resizeHeight = {}},
+                    [&](const auto &compressed) { result = compressed->bytes; });
+    if (!QTest::qWaitFor([&] { return !result.isEmpty(); }, 60'000))
+        qFatal("There is no answer.");
+    return result;
+}
+
 } // namespace
 
 /// Signals that end or stop the worker while it overwrites pictures and makes thumbnails.
@@ -48,10 +60,10 @@ private Q_SLOTS:
     void signalAtAnyMoment_costsNoPicture()
     {
         QTemporaryDir folder;
-        QList<QByteArray> originals;
-        for (const QString &name : {u"island map.png"_s, u"lake at dusk.jpg"_s,
-                                    u"marbled ink.webp"_s})
-            originals.append(contents(QStringLiteral(PIXPRESS_SAMPLES "/") + name));
+        QByteArrayList originals; // small, so that many rounds take little time
+        for (const QString &name :
+             {u"island map.png"_s, u"lake at dusk.jpg"_s, u"marbled ink.webp"_s})
+            originals.append(shrunk(contents(QStringLiteral(PIXPRESS_SAMPLES "/") + name)));
         const QStringList names{folder.filePath(u"a.png"_s), folder.filePath(u"b.jpg"_s),
                                 folder.filePath(u"c.webp"_s)};
         QRandomGenerator random(1);
@@ -60,8 +72,8 @@ private Q_SLOTS:
         int failed = 0;
         int thumbnails = 0;
         {
-            Worker worker({.compressLimit = std::chrono::seconds(2),
-                           .thumbnailLimit = std::chrono::seconds(2)});
+            Worker worker({.compressLimit = std::chrono::seconds(1),
+                           .thumbnailLimit = std::chrono::seconds(1)});
             TransientSettings settings;
             CompressionQueue queue(settings, std::make_unique<LocalService>(worker));
             const int rounds = qEnvironmentVariableIsSet("PIXPRESS_LONG") ? 1000 : 200;
@@ -83,10 +95,8 @@ private Q_SLOTS:
                 });
 
                 // A worker that hangs costs the time of a request: fewer of those.
-                const int signal = round % 20 == 0  ? SIGSTOP
-                                   : round % 2 == 0 ? SIGKILL
-                                                    : SIGSEGV;
-                QTest::qWait(random.bounded(120)); // the moment is what is random here
+                const int signal = round % 20 == 0 ? SIGSTOP : round % 2 == 0 ? SIGKILL : SIGSEGV;
+                QTest::qWait(random.bounded(60)); // the moment is what is random here
                 for (const QByteArray &child : startedProcesses())
                     ::kill(child.toInt(), signal);
 
@@ -98,7 +108,7 @@ private Q_SLOTS:
                     if (const auto *done = std::get_if<status::Completed>(&status)) {
                         ++completed;
                         QCOMPARE(now.size(), done->result.compressedSize);
-                        QCOMPARE(now.first(4), originals[index].first(4).first(4));
+                        QCOMPARE(now.first(3), originals[index].first(3)); // the format's
                     } else {
                         ++failed;
                         QVERIFY(std::holds_alternative<status::Failed>(status));

@@ -20,13 +20,35 @@ private Q_SLOTS:
     void lie_costsItsRequestOnly_data()
     {
         QTest::addColumn<bool>("isAnswered");
-        for (const char *lie :
-             {"no greeting", "death at the start", "garbage", "list", "deep nesting", "huge length",
-              "too large a packet", "no number", "another number", "unknown kind",
-              "another request's kind", "busy with nothing", "no descriptor", "unsealed",
-              "can shrink", "too short", "too long", "no bytes", "a terabyte", "no size",
-              "negative size", "overflowing size", "fractional size", "its own socket", "a pipe",
-              "the picture itself", "a flood", "silence", "death"})
+        for (const char *lie : {"no greeting",
+                                "death at the start",
+                                "garbage",
+                                "list",
+                                "deep nesting",
+                                "huge length",
+                                "too large a packet",
+                                "no number",
+                                "another number",
+                                "unknown kind",
+                                "another request's kind",
+                                "busy with nothing",
+                                "no descriptor",
+                                "unsealed",
+                                "can shrink",
+                                "too short",
+                                "too long",
+                                "no bytes",
+                                "a terabyte",
+                                "no size",
+                                "negative size",
+                                "overflowing size",
+                                "fractional size",
+                                "its own socket",
+                                "a pipe",
+                                "the picture itself",
+                                "a flood",
+                                "silence",
+                                "death"})
             QTest::newRow(lie) << false;
         QTest::newRow("two answers") << true;
     }

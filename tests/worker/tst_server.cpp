@@ -1,12 +1,14 @@
 // SPDX-FileCopyrightText: 2026 The Pixpress authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
+#include "codec/codec.h"
 #include "worker/process/server.h"
 
 #include <QFile>
+#include <QScopeGuard>
 #include <QTest>
 
-#include <thread>
+#include <future>
 
 using namespace pixpress;
 using namespace Qt::StringLiterals;
@@ -24,10 +26,11 @@ private Q_SLOTS:
         QFile file(QStringLiteral(PIXPRESS_SAMPLES "/island map.png"));
         QVERIFY(file.open(QIODevice::ReadOnly));
         const QByteArray picture = file.readAll();
-        constexpr qint64 maxPixels = 1 << 20;
+        const qint64 maxPixels = inspect(picture, 1 << 28)->pixels();
         auto channel = openChannel();
         Server server(channel->second.get(), maxPixels);
-        std::thread serving([&] { server.run(); });
+        const auto serving = std::async(std::launch::async, [&] { server.run(); });
+        const auto close = qScopeGuard([&] { channel->first = FileDescriptor(); });
 
         QSet<quint64> open;
         quint64 busy = 0;
@@ -49,8 +52,6 @@ private Q_SLOTS:
             }
         }
         QVERIFY(busy > 0);
-        channel->first = FileDescriptor();
-        serving.join();
     }
 
     void pictureAboveTheLimit_isRefused()
@@ -59,15 +60,13 @@ private Q_SLOTS:
         QVERIFY(file.open(QIODevice::ReadOnly));
         auto channel = openChannel();
         Server server(channel->second.get(), 100);
-        std::thread serving([&] { server.run(); });
+        const auto serving = std::async(std::launch::async, [&] { server.run(); });
+        const auto close = qScopeGuard([&] { channel->first = FileDescriptor(); });
         QVERIFY(Request(1, CompressRequest(), *sealedMemory(file.readAll()))
                     .send(channel->first.get(), 0));
         const auto answer = Answer::parse(*receivePacket(channel->first.get()));
         QVERIFY(answer);
-        QCOMPARE(std::get<Failed>(answer->result).reason,
-                 u"The image has more than 100 pixels."_s);
-        channel->first = FileDescriptor();
-        serving.join();
+        QCOMPARE(std::get<Failed>(answer->result).reason, u"The image has more than 100 pixels."_s);
     }
 };
 

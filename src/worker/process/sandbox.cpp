@@ -86,11 +86,10 @@ constexpr std::array allowedCalls = {
     SCMP_SYS(sched_getaffinity), SCMP_SYS(gettid), SCMP_SYS(getpid), SCMP_SYS(exit),
     SCMP_SYS(exit_group),
     // time, random numbers, signals
-    SCMP_SYS(clock_gettime), SCMP_SYS(clock_nanosleep), SCMP_SYS(nanosleep),
-    SCMP_SYS(gettimeofday), SCMP_SYS(time), SCMP_SYS(times), SCMP_SYS(getrusage),
-    SCMP_SYS(getrandom), SCMP_SYS(sysinfo), SCMP_SYS(uname), SCMP_SYS(restart_syscall),
-    SCMP_SYS(rt_sigaction), SCMP_SYS(rt_sigprocmask), SCMP_SYS(rt_sigreturn),
-    SCMP_SYS(sigaltstack), SCMP_SYS(poll), SCMP_SYS(ppoll)};
+    SCMP_SYS(clock_gettime), SCMP_SYS(clock_nanosleep), SCMP_SYS(nanosleep), SCMP_SYS(gettimeofday),
+    SCMP_SYS(time), SCMP_SYS(times), SCMP_SYS(getrusage), SCMP_SYS(getrandom), SCMP_SYS(sysinfo),
+    SCMP_SYS(uname), SCMP_SYS(restart_syscall), SCMP_SYS(rt_sigaction), SCMP_SYS(rt_sigprocmask),
+    SCMP_SYS(rt_sigreturn), SCMP_SYS(sigaltstack), SCMP_SYS(poll), SCMP_SYS(ppoll)};
 
 bool applySeccomp()
 {
@@ -107,8 +106,8 @@ bool applySeccomp()
         isComplete = (call < 0 || allow(call)) && isComplete; // negative: not on this processor
     isComplete =
         isComplete &&
-        // A new thread, but no new process. The C library falls back to clone() when clone3(), whose
-        // arguments a filter cannot see, does not exist.
+        // A new thread, but no new process. The C library falls back to clone() when clone3(),
+        // whose arguments a filter cannot see, does not exist.
         allow(SCMP_SYS(clone), SCMP_A0(SCMP_CMP_MASKED_EQ, CLONE_THREAD, CLONE_THREAD)) &&
         seccomp_rule_add(filter, SCMP_ACT_ERRNO(ENOSYS), SCMP_SYS(clone3), 0) == 0 &&
         // abort() ends the process with a signal to itself.

@@ -11,8 +11,9 @@ namespace pixpress {
 /// creating files, sockets, other programs, other processes. What is open stays usable.
 ///
 /// Landlock and seccomp refuse it independently of each other; limits bound memory and open files.
-/// Call it while the process has one thread: Landlock holds for the calling thread and those that it
-/// starts. Returns the layers that the kernel does not offer; the process then runs with the others.
+/// Call it while the process has one thread: Landlock holds for the calling thread and those that
+/// it starts. Returns the layers that the kernel does not offer; the process then runs with the
+/// others.
 QStringList enterSandbox();
 
 } // namespace pixpress

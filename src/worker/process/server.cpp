@@ -95,7 +95,8 @@ void Server::answer(const Request &request)
         if (const auto *thumbnail = std::get_if<ThumbnailRequest>(&request.work))
             answer.result = makeThumbnail(request.picture, thumbnail->longerSide);
         else
-            answer.result = compress(request.picture, std::get<CompressRequest>(request.work).options);
+            answer.result =
+                compress(request.picture, std::get<CompressRequest>(request.work).options);
     } catch (const std::bad_alloc &) {
     }
     if (!answer.send(m_socket)) {
@@ -120,8 +121,8 @@ decltype(Answer::result) Server::compress(const FileDescriptor &picture,
     auto encoded = pixpress::compress(original.bytes(), *request, m_maxPixels, never);
     if (!encoded)
         return Failed{encoded.error().message};
-    return Compressed{std::move(encoded->bytes), info->format, encoded->format,
-                      encoded->size.width, encoded->size.height};
+    return Compressed{std::move(encoded->bytes), info->format, encoded->format, encoded->size.width,
+                      encoded->size.height};
 }
 
 decltype(Answer::result) Server::makeThumbnail(const FileDescriptor &picture, int longerSide) const
