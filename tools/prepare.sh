@@ -33,7 +33,7 @@ test_packages=(
     qml6-module-qttest qml6-module-qtqml-models qt6-declarative-dev-tools fonts-droid-fallback
     xvfb xauth openbox sway xdotool dbus at-spi2-core libgl1-mesa-dri libxcb1-dev
     qml6-module-qt-labs-platform
-    dpkg-dev file lintian desktop-file-utils appstream man-db mmdebstrap
+    parallel dpkg-dev file lintian desktop-file-utils appstream man-db mmdebstrap
 )
 bench_packages=(
     pngquant jpegoptim webp libavif-bin libjxl-devtools

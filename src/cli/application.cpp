@@ -44,7 +44,12 @@ void useUtf8()
 
 int run(QCoreApplication &app, const Arguments &arguments, CompressionQueue &queue)
 {
-    Run run(arguments, queue);
+    const auto inputs = collectInputs(arguments);
+    if (!inputs) {
+        print(stderr, u"pixpress-cli: %1\n"_s.arg(inputs.error()));
+        return usageStatus;
+    }
+    Run run(arguments, *inputs, queue);
     QObject::connect(&run, &Run::finished, &app, &QCoreApplication::exit);
     onInterrupt(&app, [&run] {
         run.interrupt();

@@ -14,7 +14,7 @@ namespace pixpress::cli {
 
 namespace {
 
-const QString helpText = uR"(Usage: pixpress-cli [OPTION]... FILE...
+const QString helpText = uR"(Usage: pixpress-cli [OPTION]... [FILE]...
 Makes PNG, JPEG, WebP and AVIF files smaller. Each result is written next to its
 file, as NAME-pixpress.EXT. Nothing leaves this computer unless --remote is given.
 
@@ -29,11 +29,16 @@ file, as NAME-pixpress.EXT. Nothing leaves this computer unless --remote is give
   --overwrite           replace the files themselves
   --output FOLDER       write the results into this folder, which must exist,
                         under the same names
+  --files0-from FILE    also compress the files named in FILE, each name ended by
+                        a zero byte, as find -print0 does; '-' is standard input
+  --recursive FOLDER    also compress the pictures in FOLDER and the folders below
+                        it; with --output, results go into the same folders there.
+                        Hidden files, symbolic links and results are left out
   --remote              use the web service, with the key and the monthly quota
                         of the desktop application
   --jobs N              compress N files at a time on this computer (default: the
                         number of processor cores)
-  --json                print one JSON object a line
+  --json                print one JSON object per line
   --help                print this help
   --version             print the version
 
@@ -127,6 +132,18 @@ void readPreserve(const QCommandLineParser &parser, CompressionOptions &options,
     }
 }
 
+void readInputs(const QCommandLineParser &parser, Arguments &arguments, Fault &fault)
+{
+    arguments.lists = parser.values(u"files0-from"_s);
+    arguments.folders = parser.values(u"recursive"_s);
+    for (const QString &folder : arguments.folders) {
+        if (!QFileInfo(folder).isDir())
+            fault.set(u"--recursive takes a folder that exists, not \"%1\"."_s.arg(folder));
+    }
+    if (arguments.files.isEmpty() && arguments.lists.isEmpty() && arguments.folders.isEmpty())
+        fault.set(u"No file is given."_s);
+}
+
 qint64 readJobs(const QCommandLineParser &parser, Fault &fault)
 {
     if (!parser.isSet(u"jobs"_s))
@@ -170,6 +187,8 @@ std::expected<Arguments, NothingToRun> parseArguments(const QStringList &command
                                       {u"preserve"_s, u"list"_s},
                                       {u"output"_s, u"folder"_s},
                                       {u"overwrite"_s, QString()},
+                                      {u"files0-from"_s, u"file"_s},
+                                      {u"recursive"_s, u"folder"_s},
                                       {u"jobs"_s, u"n"_s},
                                       {u"remote"_s, QString()},
                                       {u"json"_s, QString()},
@@ -194,8 +213,7 @@ std::expected<Arguments, NothingToRun> parseArguments(const QStringList &command
     readConversion(parser, arguments.options, fault);
     readPreserve(parser, arguments.options, fault);
     readDestination(parser, arguments.options, fault);
-    if (arguments.files.isEmpty())
-        fault.set(u"No file is given."_s);
+    readInputs(parser, arguments, fault);
     if (!fault.text().isEmpty()) {
         return std::unexpected(NothingToRun{
             .isError = true,

@@ -15,7 +15,9 @@ namespace pixpress::cli {
 /// What the command line asks for.
 struct Arguments
 {
-    QStringList files; ///< As given.
+    QStringList files;        ///< As given.
+    QStringList lists = {};   ///< Files with names of files; "-" is the standard input.
+    QStringList folders = {}; ///< Whose pictures are compressed, and those of the folders in them.
     CompressionOptions options;
     bool remote = false;
     qint64 jobs = 1; ///< Files that are compressed at a time on this computer.
@@ -29,8 +31,8 @@ struct NothingToRun
     QString text;
 };
 
-/// Reads a command line, whose first element is the program's name. Does not look at the
-/// files; the folder of --output has to exist.
+/// Reads a command line, whose first element is the program's name. Does not look at the files; the
+/// folders of --output and --recursive have to exist.
 std::expected<Arguments, NothingToRun> parseArguments(const QStringList &commandLine);
 
 } // namespace pixpress::cli

@@ -88,9 +88,8 @@ Report::Report(bool json, const QStringList &names)
         m_nameWidth = std::max(m_nameWidth, std::min(columnsOf(printable(name)), widestName));
 }
 
-void Report::skipped(const QString &file)
+void Report::skipped(const QString &file, const QString &reason)
 {
-    const QString reason = u"Not a PNG, JPEG, WebP or AVIF file"_s;
     if (m_json) {
         const QJsonObject object{
             {u"file"_s, file}, {u"status"_s, u"skipped"_s}, {u"error"_s, reason}};
@@ -98,6 +97,12 @@ void Report::skipped(const QString &file)
     } else {
         line(m_err, u"%1  Skipped: %2"_s.arg(column(file), reason));
     }
+}
+
+void Report::unreadable(const QString &folder)
+{
+    m_hasUnreadable = true;
+    skipped(folder, u"The folder cannot be read"_s);
 }
 
 void Report::ended(const CompressionTask &task)

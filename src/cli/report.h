@@ -21,8 +21,10 @@ public:
     /// `names` are the files that will be reported, for lining up the columns.
     Report(bool json, const QStringList &names);
 
-    /// A file that no task was made for; on standard error, but for JSON.
-    void skipped(const QString &file);
+    /// A file that no task was made for; on standard error, except in JSON.
+    void skipped(const QString &file, const QString &reason);
+    /// A folder whose files are unknown; counts as a failure.
+    void unreadable(const QString &folder);
     /// A task that has completed or failed.
     void ended(const CompressionTask &task);
     /// Draws the progress line; does nothing when the output is no terminal. `running` are indexes
@@ -32,7 +34,7 @@ public:
     void total();       ///< Of what has ended; nothing in JSON.
     void interrupted(); ///< On standard error.
 
-    bool anyFailed() const { return m_failed > 0; }
+    bool anyFailed() const { return m_failed > 0 || m_hasUnreadable; }
 
 private:
     void line(QTextStream &stream, const QString &text);
@@ -45,6 +47,7 @@ private:
     QTextStream m_out;
     QTextStream m_err;
     bool m_progressShown = false;
+    bool m_hasUnreadable = false;
     qint64 m_completed = 0;
     qint64 m_failed = 0;
     qint64 m_originalSize = 0;

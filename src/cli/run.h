@@ -3,7 +3,7 @@
 
 #pragma once
 
-#include "cli/arguments.h"
+#include "cli/inputs.h"
 #include "cli/report.h"
 #include "pipeline/queue.h"
 
@@ -19,8 +19,8 @@ class Run : public QObject
     Q_OBJECT
 
 public:
-    /// Both outlive the run.
-    Run(const Arguments &arguments, CompressionQueue &queue);
+    /// All of them outlive the run.
+    Run(const Arguments &arguments, const Inputs &inputs, CompressionQueue &queue);
 
     /// Adds the files. The queue needs an event loop to go on.
     void start();
@@ -34,11 +34,16 @@ private:
     void onTaskChanged(qsizetype index);
     void goOn();
 
+    CompressionOptions optionsFor(const Input &input) const;
+    void add(QList<QUrl> files, const CompressionOptions &options);
+
     const Arguments &m_arguments;
+    const Inputs &m_inputs;
     CompressionQueue &m_queue;
     Report m_report;
     std::set<qsizetype> m_running; // indexes, which stay: this program clears nothing
     qsizetype m_ended = 0;
+    qint64 m_started = 0; ///< Calls that have started a task, up to the queue's limit.
     bool m_finished = false;
 };
 

@@ -66,7 +66,7 @@ void CommandLineTest::help_andVersion_areNoErrors()
 {
     const Outcome help = m_program->run({u"--help"_s});
     QCOMPARE(help.status, 0);
-    QVERIFY(help.out.startsWith("Usage: pixpress-cli [OPTION]... FILE...\n"));
+    QVERIFY(help.out.startsWith("Usage: pixpress-cli [OPTION]... [FILE]...\n"));
     QCOMPARE(help.err, "");
     const Outcome version = m_program->run({u"--version"_s});
     QCOMPARE(version.status, 0);
