@@ -46,10 +46,14 @@ VImage makePicture()
 
 double timeOurs(const QString &file)
 {
-    static const std::atomic_bool stopped = false;
+    static pixpress::Worker worker;
+    static pixpress::Thumbnails thumbnails(worker);
     QElapsedTimer timer;
     timer.start();
-    if (pixpress::generateThumbnail(QUrl::fromLocalFile(file), stopped).isNull())
+    const QFuture<QImage> thumbnail = thumbnails.request(QUrl::fromLocalFile(file));
+    while (!thumbnail.isFinished())
+        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+    if (thumbnail.result().isNull())
         throw bench::Failure(u"There is no thumbnail of "_s + file);
     return milliseconds(timer);
 }

@@ -103,16 +103,6 @@ QList<Picture> pictures()
     return result;
 }
 
-QByteArray uploadOf(const QByteArray &picture, bool chunked)
-{
-    QByteArray request = "POST /shrink HTTP/1.1\r\nHost: 127.0.0.1:80\r\n"
-                         "Authorization: Basic YXBpOmtleQ==\r\n";
-    if (chunked)
-        return request + "Transfer-Encoding: chunked\r\n\r\n" +
-               QByteArray::number(picture.size(), 16) + "\r\n" + picture + "\r\n0\r\n\r\n";
-    return request + "Content-Length: " + QByteArray::number(picture.size()) + "\r\n\r\n" + picture;
-}
-
 } // namespace
 
 // Usage: fuzz-seeds FOLDER
@@ -128,8 +118,5 @@ int main(int argc, char **argv)
         write(folder, u"pictures"_s, name, bytes);
     const QByteArray withExif = saved(described(), ImageFormat::jpeg);
     write(folder, u"exif"_s, u"described"_s, exifBlock(loaded(withExif)));
-    const QByteArray picture = saved(plain(1, 1, {1, 2, 3}), ImageFormat::png);
-    write(folder, u"requests"_s, u"upload"_s, uploadOf(picture, false));
-    write(folder, u"requests"_s, u"upload-in-chunks"_s, uploadOf(picture, true));
     return 0;
 }
