@@ -6,13 +6,15 @@ set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
 set(CPACK_DEBIAN_PACKAGE_RELEASE 1)
 set(CPACK_DEBIAN_PACKAGE_SECTION graphics)
 set(CPACK_DEBIAN_PACKAGE_DESCRIPTION
-"Pixpress compresses pictures, and on request resizes them, converts them to
-another of these formats and keeps chosen metadata. The result is written
+"Pixpress compresses pictures. On request it also resizes them, converts them
+to another of these formats and keeps chosen metadata. The result is written
 beside the file, over it, or into a folder.
 .
-This package has the window in two editions: pixpress, which uses the TinyPNG
-web service with a key of your own, and pixpress-offline, which does the same
-work on this computer and needs no network. pixpress-cli is the command line.")
+This package contains two applications with the same window: pixpress, which
+uses the TinyPNG web service with a key of your own, and pixpress-offline,
+which compresses on this computer and needs no network. pixpress-cli does
+either from the command line. Pictures are decoded in a sandboxed process of
+their own.")
 
 # What is linked is found by dpkg-shlibdeps. This is what is loaded by name: the views' QML modules,
 # the file dialog's among them, the display's plugin, the fonts, and what verifies the service.
