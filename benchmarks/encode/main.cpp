@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Pixpress authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// Compares the built-in service's codec with the usual command-line tools, on a folder of pictures:
+// Compares Pixpress's codec with the usual command-line tools, on a folder of pictures:
 // the bytes at the same quality, and the time.
 
 #include "measure.h"

@@ -33,7 +33,7 @@ public:
     /// At most 1600 pixels a side, since the judge is slow; in sRGB and without metadata.
     explicit Reference(const QString &picture);
 
-    /// The built-in service's codec on the file that a person would give it for `format`.
+    /// Pixpress's codec on the file that a user would convert to `format`.
     Encoding ours(pixpress::ImageFormat format) const;
 
     /// The command-line tool of the format at one of its settings.
