@@ -3,8 +3,6 @@
 
 #include "pipeline/descriptor.h"
 
-#include "service/hugepages.h"
-
 #include <QFile>
 
 #include <algorithm>
@@ -93,7 +91,6 @@ Descriptor::Result<QByteArray> Descriptor::readAll()
     try {
         // One byte more, so that the end of a file of that size is met without adding room.
         content = QByteArray(*expected + 1, Qt::Uninitialized);
-        preferHugePages(content);
         while (true) {
             const auto got = uninterrupted([&] {
                 return pread(m_descriptor, content.data() + done,

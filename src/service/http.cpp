@@ -4,7 +4,7 @@
 #include "service/http.h"
 
 #include "service/address.h"
-#include "service/httpworker.h"
+#include "service/curlworker.h"
 
 using namespace Qt::StringLiterals;
 
@@ -20,10 +20,8 @@ HttpClient::HttpClient(HttpLimits limits) : m_limits(std::move(limits)) {}
 
 HttpClient::~HttpClient()
 {
-    if (m_making.joinable())
-        m_making.join();
     m_worker.reset();
-    // A coroutine that is told must not find itself in the list, nor start another request here.
+    // A coroutine that resumes must not find itself in the list, nor start another request here.
     for (Reply *reply : std::exchange(m_waiting, {})) {
         reply->m_result = std::unexpected(
             TransportError{TransportError::Case::cancelled, u"The request was cancelled."_s});
@@ -36,40 +34,18 @@ HttpClient::Reply HttpClient::send(HttpRequest request)
     return {*this, std::move(request)};
 }
 
-void HttpClient::start(quint64 id, HttpRequest request)
+void HttpClient::start(Reply &reply, HttpRequest request)
 {
-    if (m_worker)
-        return m_worker->start(id, std::move(request));
-    m_early.emplace_back(id, std::move(request));
-    if (m_making.joinable())
-        return;
-    m_making = std::thread([this] {
-        m_made = makeHttpWorker(m_limits, [this] {
-            QMetaObject::invokeMethod(this, [this] { deliver(); }, Qt::QueuedConnection);
+    if (!m_worker)
+        m_worker = std::make_unique<CurlWorker>(m_limits, [this](quint64 id, HttpResult result) {
+            auto deliver = [this, id, result = std::move(result)]() mutable {
+                finish(id, std::move(result));
+            };
+            QMetaObject::invokeMethod(this, std::move(deliver), Qt::QueuedConnection);
         });
-        QMetaObject::invokeMethod(this, [this] { beginEarly(); }, Qt::QueuedConnection);
-    });
-}
-
-void HttpClient::beginEarly()
-{
-    m_making.join();
-    auto made = std::exchange(m_made, {});
-    auto early = std::exchange(m_early, {});
-    if (made)
-        m_worker = std::move(*made);
-    for (auto &[id, request] : early) {
-        if (m_worker)
-            m_worker->start(id, std::move(request));
-        else
-            finish(id, std::unexpected(made.error()));
-    }
-}
-
-void HttpClient::deliver()
-{
-    for (auto &[id, result] : m_worker->takeFinished())
-        finish(id, std::move(result));
+    const quint64 id = ++m_lastId;
+    m_waiting.insert(id, &reply);
+    m_worker->start(id, std::move(request));
 }
 
 void HttpClient::finish(quint64 id, HttpResult result)
@@ -95,9 +71,7 @@ bool HttpClient::Reply::await_ready()
 void HttpClient::Reply::await_suspend(std::coroutine_handle<> waiting)
 {
     m_coroutine = waiting;
-    const quint64 id = ++m_client.m_lastId;
-    m_client.m_waiting.insert(id, this);
-    m_client.start(id, std::move(m_request));
+    m_client.start(*this, std::move(m_request));
 }
 
 } // namespace pixpress

@@ -16,13 +16,11 @@
 #include <expected>
 #include <memory>
 #include <optional>
-#include <thread>
 #include <utility>
-#include <vector>
 
 namespace pixpress {
 
-class HttpWorker;
+class CurlWorker;
 
 struct HttpLimits
 {
@@ -79,19 +77,13 @@ public:
     Reply send(HttpRequest request);
 
 private:
-    void start(quint64 id, HttpRequest request);
-    void beginEarly();
-    void deliver();
+    void start(Reply &reply, HttpRequest request);
     void finish(quint64 id, HttpResult result);
 
     const HttpLimits m_limits;
     QHash<quint64, Reply *> m_waiting; // in the frames of the coroutines that await them
     quint64 m_lastId = 0;
-
-    std::unique_ptr<HttpWorker> m_worker; ///< Made for the first request, by m_making.
-    std::vector<std::pair<quint64, HttpRequest>> m_early; ///< What has come meanwhile.
-    std::expected<std::unique_ptr<HttpWorker>, TransportError> m_made;
-    std::thread m_making;
+    std::unique_ptr<CurlWorker> m_worker; ///< Made for the first request.
 };
 
 /// What a coroutine awaits to get an HttpResult. It must be awaited, once, on the client's thread.

@@ -4,14 +4,10 @@
 #include "service/transfer.h"
 
 #include "service/address.h"
-#include "service/hugepages.h"
 #include "service/transporterrors.h"
 
 #include <algorithm>
-#include <cerrno>
-#include <cstring>
 #include <new>
-#include <sys/socket.h>
 
 using namespace Qt::StringLiterals;
 
@@ -31,11 +27,7 @@ const QString answerTooLarge = u"The server's answer is too large."_s;
 
 constexpr long receiveBuffer = 512 << 10;
 
-// Larger ones widen the moment in which answerIsWaiting() is not yet, or no longer, true.
 constexpr long sendBuffer = 64 << 10;
-
-// Up to this size libcurl sends a body together with the head, if it has it in memory.
-constexpr qsizetype smallBody = 60 << 10;
 
 bool isSameOrigin(const QUrl &a, const QUrl &b)
 {
@@ -52,7 +44,7 @@ curl_slist *append(curl_slist *list, const QByteArray &line)
 
 } // namespace
 
-EasyHandle Transfer::makeHandle(const HttpLimits &limits, OpenSockets &sockets)
+EasyHandle Transfer::makeHandle(const HttpLimits &limits, Connections &connections)
 {
     EasyHandle handle(curl_easy_init());
     CURL *const easy = handle.get();
@@ -61,16 +53,16 @@ EasyHandle Transfer::makeHandle(const HttpLimits &limits, OpenSockets &sockets)
     };
     if (!limits.caBundle.isEmpty())
         set(CURLOPT_CAINFO, limits.caBundle.toUtf8().constData());
-    sockets.watch(easy);
+    set(CURLOPT_OPENSOCKETFUNCTION, &Transfer::openSocket);
+    set(CURLOPT_CLOSESOCKETFUNCTION, &Connections::close);
+    set(CURLOPT_CLOSESOCKETDATA, &connections);
     set(CURLOPT_NOSIGNAL, 1L);
     set(CURLOPT_QUICK_EXIT, 1L); // do not wait for a name server when the program ends
     set(CURLOPT_TCP_NODELAY, 1L);
-    // HTTP/2 would put several transfers on one socket, where a look at the socket could not tell
-    // whose answer is waiting, and has ways of its own to repeat a request.
+    // HTTP/2 has ways of its own to repeat a request.
     set(CURLOPT_HTTP_VERSION, static_cast<long>(CURL_HTTP_VERSION_1_1));
     set(CURLOPT_BUFFERSIZE, receiveBuffer);
     set(CURLOPT_UPLOAD_BUFFERSIZE, sendBuffer);
-    set(CURLOPT_READFUNCTION, &Transfer::sendBody);
     set(CURLOPT_PREREQFUNCTION, &Transfer::beforeRequest);
     set(CURLOPT_HEADERFUNCTION, &Transfer::receiveHeader);
     set(CURLOPT_WRITEFUNCTION, &Transfer::receiveBody);
@@ -78,15 +70,15 @@ EasyHandle Transfer::makeHandle(const HttpLimits &limits, OpenSockets &sockets)
 }
 
 Transfer::Transfer(quint64 id, HttpRequest request, EasyHandle handle, const HttpLimits &limits,
-                   const OpenSockets &sockets)
+                   Connections &connections)
     : m_id(id),
       m_limits(limits),
-      m_sockets(sockets),
+      m_connections(connections),
       m_request(std::move(request)),
       m_easy(std::move(handle))
 {
     const auto set = [this](CURLoption option) { curl_easy_setopt(m_easy.get(), option, this); };
-    set(CURLOPT_READDATA);
+    set(CURLOPT_OPENSOCKETDATA);
     set(CURLOPT_PREREQDATA);
     set(CURLOPT_HEADERDATA);
     set(CURLOPT_WRITEDATA);
@@ -97,9 +89,7 @@ Transfer::Transfer(quint64 id, HttpRequest request, EasyHandle handle, const Htt
 void Transfer::prepare()
 {
     m_response = {};
-    m_sent = 0;
     m_attempts = 0;
-    m_paused = false;
     m_headIsComplete = false;
     m_headSize = 0;
 
@@ -125,20 +115,23 @@ void Transfer::prepare()
                                                      ? QByteArray()
                                                      : " " + m_request.contentType));
     // Nor does it ask whether a large body is welcome: a server that does not know the question
-    // costs a second, one that says 417 the upload. Answers that come early are seen without it.
+    // costs a second, one that says 417 the upload. An early answer is seen without it.
     headers = append(headers, "Expect:");
     set(CURLOPT_HTTPHEADER, headers);
     m_headers.reset(headers);
 
     const auto &body = m_request.body;
-    set(CURLOPT_POSTFIELDS, body && body->size() <= smallBody ? body->constData() : nullptr);
+    set(CURLOPT_POSTFIELDS, body ? body->constData() : nullptr);
     set(CURLOPT_POSTFIELDSIZE_LARGE, static_cast<curl_off_t>(body ? body->size() : -1));
     set(body ? CURLOPT_POST : CURLOPT_HTTPGET, 1L);
 }
 
 Transfer::Clock::time_point Transfer::deadline() const
 {
-    return std::min(m_lastMove + m_limits.longestSilence, m_started + m_limits.longestTransfer);
+    const Relay *const relay = m_connections.find(m_connection);
+    // Connecting and waiting for the answer have a silence each.
+    const auto lastMove = relay ? std::max(relay->lastMove(), m_connected) : m_connected;
+    return std::min(lastMove + m_limits.longestSilence, m_started + m_limits.longestTransfer);
 }
 
 std::optional<HttpResult> Transfer::finish(CURLcode code)
@@ -193,61 +186,10 @@ void Transfer::readHeaders()
         m_response.headers.insert(QByteArray(header->name).toLower(), header->value);
 }
 
-/// As recv(), without taking anything or waiting.
-ssize_t Transfer::peek()
-{
-    if (m_socket == CURL_SOCKET_BAD)
-        m_socket = m_sockets.find(m_localPort);
-    char byte = 0;
-    errno = EAGAIN; // if there is no socket
-    return m_socket == CURL_SOCKET_BAD ? -1 : recv(m_socket, &byte, 1, MSG_PEEK | MSG_DONTWAIT);
-}
-
-bool Transfer::answerIsWaiting()
-{
-    return peek() > 0;
-}
-
-/// Whether the kept-alive connection chosen for this request has something to say already, or has
-/// ended. An answer that nobody asked for would be taken for the one to this request; and looking
-/// takes a reset off the socket, so that libcurl would not see it and send.
-bool Transfer::isDesynchronized()
-{
-    long connects = 0; // 0: it was there before
-    curl_easy_getinfo(handle(), CURLINFO_NUM_CONNECTS, &connects);
-    return connects == 0 && (peek() >= 0 || (errno != EAGAIN && errno != EWOULDBLOCK));
-}
-
-void Transfer::resume()
-{
-    if (m_paused)
-        curl_easy_pause(handle(), CURLPAUSE_CONT);
-}
-
-size_t Transfer::sendBody(char *to, size_t size, size_t count, void *self)
-{
-    auto &transfer = *static_cast<Transfer *>(self);
-    transfer.m_lastMove = Clock::now();
-    const QByteArray body = transfer.m_request.body.value_or(QByteArray());
-    const size_t length =
-        std::min(size * count, static_cast<size_t>(body.size() - transfer.m_sent));
-    std::memcpy(to, body.constData() + transfer.m_sent, length);
-    // A server that refuses an upload answers and closes at once. Sending on into the closed
-    // connection is an error, with which libcurl would drop the answer unread.
-    if (!transfer.m_paused && transfer.answerIsWaiting()) {
-        transfer.m_paused = true;
-        return CURL_READFUNC_PAUSE;
-    }
-    transfer.m_paused = false;
-    transfer.m_sent += static_cast<qsizetype>(length);
-    return length;
-}
-
 /// Called for each line of a head, also of the interim answers before the answer, and for trailers.
 size_t Transfer::receiveHeader(char *data, size_t size, size_t count, void *self)
 {
     auto &transfer = *static_cast<Transfer *>(self);
-    transfer.m_lastMove = Clock::now();
     const QByteArrayView line(data, static_cast<qsizetype>(size * count));
     if (line.startsWith("HTTP/"))
         transfer.m_headIsComplete = false;
@@ -263,7 +205,6 @@ size_t Transfer::receiveHeader(char *data, size_t size, size_t count, void *self
 size_t Transfer::receiveBody(char *data, size_t size, size_t count, void *self)
 {
     auto &transfer = *static_cast<Transfer *>(self);
-    transfer.m_lastMove = Clock::now();
     // No exception may pass through libcurl, which is C.
     try {
         transfer.keep({data, static_cast<qsizetype>(size * count)});
@@ -280,7 +221,6 @@ void Transfer::keep(QByteArrayView piece)
         curl_off_t announced = -1;
         curl_easy_getinfo(handle(), CURLINFO_CONTENT_LENGTH_DOWNLOAD_T, &announced);
         body.reserve(std::clamp<qint64>(announced, 0, maxReserved));
-        preferHugePages(body);
     }
     if (body.size() + piece.size() > m_limits.largestAnswer)
         m_refused = otherError(answerTooLarge);
@@ -288,21 +228,45 @@ void Transfer::keep(QByteArrayView piece)
         body.append(piece);
 }
 
+curl_socket_t Transfer::openSocket(void *self, curlsocktype, curl_sockaddr *address)
+{
+    return static_cast<Transfer *>(self)->m_connections.open(self, *address);
+}
+
 /// Called when a connection for the request is there.
 /// libcurl repeats a request when the kept-alive connection it chose turns out dead. The server may
 /// have received the first one, so that for an upload this would be a second compression.
-int Transfer::beforeRequest(void *self, char *, char *, int, int localPort)
+int Transfer::beforeRequest(void *self, char *serverAddress, char *ownAddress, int serverPort,
+                            int ownPort)
 {
     auto &transfer = *static_cast<Transfer *>(self);
-    transfer.m_lastMove = Clock::now(); // connecting and waiting have a silence each
-    transfer.m_localPort = localPort;
-    transfer.m_socket = CURL_SOCKET_BAD;
+    transfer.m_connected = Clock::now();
     const bool again = ++transfer.m_attempts > 1;
-    if (!again && !transfer.m_reconnects && transfer.isDesynchronized()) {
-        transfer.m_reconnects = true;
+    if (again && transfer.m_request.body)
+        return CURL_PREREQFUNC_ABORT;
+    try {
+        const QByteArray name = serverAddress + (' ' + QByteArray::number(serverPort)) + ' ' +
+                                ownAddress + ' ' + QByteArray::number(ownPort);
+        return transfer.useConnection(name) ? CURL_PREREQFUNC_OK : CURL_PREREQFUNC_ABORT;
+    } catch (const std::bad_alloc &) {
+        transfer.m_refused = outOfMemory();
         return CURL_PREREQFUNC_ABORT;
     }
-    return again && transfer.m_request.body ? CURL_PREREQFUNC_ABORT : CURL_PREREQFUNC_OK;
+}
+
+/// False when the kept-alive connection chosen for this request has something to say already, or
+/// has ended: an answer that nobody asked for would be taken for the one to this request.
+bool Transfer::useConnection(const QByteArray &name)
+{
+    m_connection = name;
+    if (Relay *const known = m_connections.find(m_connection)) {
+        known->relay();
+        m_reconnects = known->hasInput();
+        return !m_reconnects;
+    }
+    if (!m_connections.add(this, name))
+        m_refused = otherError(u"Too many files and connections are open."_s);
+    return !m_refused;
 }
 
 } // namespace pixpress

@@ -3,8 +3,8 @@
 
 #pragma once
 
+#include "service/connections.h"
 #include "service/http.h"
-#include "service/opensockets.h"
 
 #include <curl/curl.h>
 
@@ -32,14 +32,14 @@ using EasyHandle = std::unique_ptr<CURL, Cleanup<curl_easy_cleanup>>;
 class Transfer
 {
 public:
-    using Clock = std::chrono::steady_clock;
+    using Clock = Relay::Clock;
 
-    /// A handle for transfers with these limits and sockets, which outlive it.
-    static EasyHandle makeHandle(const HttpLimits &limits, OpenSockets &sockets);
+    /// A handle for transfers with these limits and connections, which outlive it.
+    static EasyHandle makeHandle(const HttpLimits &limits, Connections &connections);
 
-    /// `limits` and `sockets` are those of the handle.
+    /// `limits` and `connections` are those of the handle.
     Transfer(quint64 id, HttpRequest request, EasyHandle handle, const HttpLimits &limits,
-             const OpenSockets &sockets);
+             Connections &connections);
     Transfer(const Transfer &) = delete;
     Transfer &operator=(const Transfer &) = delete;
 
@@ -48,9 +48,6 @@ public:
 
     /// When the transfer is late, unless something moves before.
     Clock::time_point deadline() const;
-
-    /// Lets an upload go on that has stood aside for an answer to be read.
-    void resume();
 
     /// What came of it when libcurl has ended with `code`; none when the answer was a redirect and
     /// the handle is ready for the request that follows.
@@ -63,28 +60,24 @@ private:
     void prepare();
     std::optional<HttpResult> follow(const QUrl &target);
     void readHeaders();
-    ssize_t peek();
-    bool answerIsWaiting();
-    bool isDesynchronized();
     void keep(QByteArrayView piece);
+    bool useConnection(const QByteArray &name);
 
-    static size_t sendBody(char *to, size_t size, size_t count, void *self);
     static size_t receiveHeader(char *data, size_t size, size_t count, void *self);
     static size_t receiveBody(char *data, size_t size, size_t count, void *self);
-    static int beforeRequest(void *self, char *, char *, int, int);
+    static curl_socket_t openSocket(void *self, curlsocktype purpose, curl_sockaddr *address);
+    static int beforeRequest(void *self, char *serverAddress, char *ownAddress, int serverPort,
+                             int ownPort);
 
     const quint64 m_id;
     const HttpLimits &m_limits;
-    const OpenSockets &m_sockets;
+    Connections &m_connections;
     HttpRequest m_request;
     HttpResponse m_response;
 
     std::unique_ptr<curl_slist, Cleanup<curl_slist_free_all>> m_headers;
-    EasyHandle m_easy; // before what it uses goes
-    int m_localPort = 0;
-    curl_socket_t m_socket = CURL_SOCKET_BAD;
-    qsizetype m_sent = 0;
-    bool m_paused = false;
+    EasyHandle m_easy;       // before what it uses goes
+    QByteArray m_connection; ///< Its name, once there is one.
     bool m_headIsComplete = false;
     size_t m_headSize = 0;     ///< Of the interim answers too.
     bool m_reconnects = false; ///< The kept-alive connection that was chosen is not to be used.
@@ -92,7 +85,7 @@ private:
     int m_redirects = 0;
     std::optional<TransportError> m_refused; ///< Why an answer was not taken to its end.
     const Clock::time_point m_started = Clock::now();
-    Clock::time_point m_lastMove = m_started;
+    Clock::time_point m_connected = m_started;
 };
 
 } // namespace pixpress
