@@ -41,13 +41,14 @@ struct HttpRequest
     QByteArray authorization = {}; ///< Value of the "Authorization" header; empty: none.
     QByteArray contentType = {};   ///< Value of the "Content-Type" header; empty: none.
     std::optional<QByteArray> body = {};
+    qint64 largestAnswer = 1 << 30; ///< Bytes. The limit of the client holds too.
 };
 
 struct HttpResponse
 {
     int status = 0;
-    QHash<QByteArray, QByteArray> headers; ///< Names in lower case.
-    QByteArray body;
+    QHash<QByteArray, QByteArray> headers; ///< Names in lower case; repeated ones joined with ", ".
+    QByteArray body; ///< Of a failure (400 and above) the first megabyte at most.
 
     /// None when the answer has no such header.
     std::optional<QByteArray> header(const QByteArray &lowerCaseName) const;

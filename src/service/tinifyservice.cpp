@@ -7,9 +7,14 @@
 
 #include <QJsonDocument>
 
+using namespace Qt::StringLiterals;
+
 namespace pixpress {
 
 namespace {
+
+// Of an answer that describes a picture or a failure in a few lines.
+constexpr qint64 largestDescription = 1 << 20;
 
 QByteArray authorization(const QString &apiKey)
 {
@@ -26,7 +31,8 @@ qint64 extractCompressionCount(const HttpResponse &response)
 TinifyError mapAPIError(int statusCode, const QByteArray &data)
 {
     using enum TinifyError::Case;
-    const auto explained = APIErrorResponse::decode(data);
+    const auto explained =
+        data.size() <= largestDescription ? APIErrorResponse::decode(data) : std::nullopt;
     if (statusCode == 401)
         return {unauthorized};
     if (statusCode == 429)
@@ -86,8 +92,10 @@ QCoro::Task<TinifyService::Result<ShrinkResponse>> TinifyService::shrink(QByteAr
         co_return failure(TinifyError{TinifyError::Case::noAPIKey});
 
     // No content type is sent: the service tells the format from the bytes.
-    HttpRequest request{
-        .url = shrinkURL(), .authorization = authorization(apiKey), .body = std::move(imageData)};
+    HttpRequest request{.url = shrinkURL(),
+                        .authorization = authorization(apiKey),
+                        .body = std::move(imageData),
+                        .largestAnswer = largestDescription};
     const HttpResult answer = co_await m_session.send(std::move(request));
     if (!answer)
         co_return failure(fromTransport(answer.error()));
@@ -99,11 +107,13 @@ QCoro::Task<TinifyService::Result<ShrinkResponse>> TinifyService::shrink(QByteAr
         co_return failure(decoded.error());
 
     const auto location = answer->header("location");
-    const QUrl outputURL(QString::fromUtf8(location.value_or(QByteArray())), QUrl::StrictMode);
-    if (outputURL.isEmpty() || !outputURL.isValid())
+    const QUrl reference(QString::fromUtf8(location.value_or(QByteArray())), QUrl::StrictMode);
+    const QUrl outputURL = shrinkURL().resolved(reference);
+    const bool lacksHost = outputURL.scheme().startsWith("http"_L1) && outputURL.host().isEmpty();
+    if (reference.isEmpty() || !reference.isValid() || lacksHost)
         co_return failure(TinifyError{TinifyError::Case::invalidResponse});
 
-    co_return ShrinkResponse{.outputURL = shrinkURL().resolved(outputURL),
+    co_return ShrinkResponse{.outputURL = outputURL,
                              .inputSize = decoded->input.size,
                              .inputType = decoded->input.type,
                              .outputSize = decoded->output.size,
@@ -141,8 +151,10 @@ TinifyService::fetchOutput(QUrl outputURL, std::optional<CompressionOptions> opt
 QCoro::Task<TinifyService::Result<bool>> TinifyService::validateAPIKey(QString key)
 {
     // A good key gets an error too, about the image that is missing. Only 401 is about the key.
-    HttpRequest request{
-        .url = shrinkURL(), .authorization = authorization(key), .body = QByteArray()};
+    HttpRequest request{.url = shrinkURL(),
+                        .authorization = authorization(key),
+                        .body = QByteArray(),
+                        .largestAnswer = largestDescription};
     const HttpResult answer = co_await m_session.send(std::move(request));
     if (!answer)
         co_return failure(fromTransport(answer.error()));

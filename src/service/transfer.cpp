@@ -23,6 +23,9 @@ constexpr qint64 maxReserved = 512 << 20;
 // Of all heads of a request, interim answers and trailers included. libcurl keeps them.
 constexpr size_t largestHead = 256 << 10;
 
+// Of the body of a failure, which explains it in a few words.
+constexpr qint64 largestExplanation = 1 << 20;
+
 const QString answerTooLarge = u"The server's answer is too large."_s;
 
 constexpr long receiveBuffer = 512 << 10;
@@ -92,6 +95,7 @@ void Transfer::prepare()
     m_attempts = 0;
     m_headIsComplete = false;
     m_headSize = 0;
+    m_isCut = false;
 
     const auto set = [this](CURLoption option, auto value) {
         curl_easy_setopt(m_easy.get(), option, value);
@@ -145,7 +149,7 @@ std::optional<HttpResult> Transfer::finish(CURLcode code)
     // libcurl's own bound for a single line.
     if (code == CURLE_OUT_OF_MEMORY && m_headSize > 0 && !m_headIsComplete)
         return std::unexpected(otherError(answerTooLarge));
-    if (code != CURLE_OK)
+    if (code != CURLE_OK && !m_isCut)
         return std::unexpected(describe(code));
     if (!m_headIsComplete) // which libcurl takes for an answer without a body
         return std::unexpected(describe(CURLE_PARTIAL_FILE));
@@ -158,9 +162,10 @@ std::optional<HttpResult> Transfer::finish(CURLcode code)
     const bool repeatsMethod = status == 307 || status == 308;
     const bool redirects = status == 301 || status == 302 || status == 303 || repeatsMethod;
     const auto location = m_response.header("location");
-    if (redirects && location && !(m_request.body && repeatsMethod))
-        return follow(m_request.url.resolved(QUrl(QString::fromUtf8(*location))));
-    return std::move(m_response);
+    if (!redirects || !location || (m_request.body && repeatsMethod))
+        return std::move(m_response);
+    const QUrl target(QString::fromUtf8(*location), QUrl::StrictMode);
+    return follow(target.isValid() ? m_request.url.resolved(target) : target);
 }
 
 std::optional<HttpResult> Transfer::follow(const QUrl &target)
@@ -182,8 +187,10 @@ std::optional<HttpResult> Transfer::follow(const QUrl &target)
 void Transfer::readHeaders()
 {
     curl_header *header = nullptr;
-    while ((header = curl_easy_nextheader(handle(), CURLH_HEADER, -1, header)))
-        m_response.headers.insert(QByteArray(header->name).toLower(), header->value);
+    while ((header = curl_easy_nextheader(handle(), CURLH_HEADER, -1, header))) {
+        QByteArray &value = m_response.headers[QByteArray(header->name).toLower()];
+        value += (value.isNull() ? "" : ", ") + QByteArray(header->value);
+    }
 }
 
 /// Called for each line of a head, also of the interim answers before the answer, and for trailers.
@@ -211,18 +218,26 @@ size_t Transfer::receiveBody(char *data, size_t size, size_t count, void *self)
     } catch (const std::bad_alloc &) {
         transfer.m_refused = outOfMemory();
     }
-    return transfer.m_refused ? CURL_WRITEFUNC_ERROR : size * count;
+    return transfer.m_refused || transfer.m_isCut ? CURL_WRITEFUNC_ERROR : size * count;
 }
 
 void Transfer::keep(QByteArrayView piece)
 {
     QByteArray &body = m_response.body;
+    long status = 0;
+    curl_easy_getinfo(handle(), CURLINFO_RESPONSE_CODE, &status);
+    if (status >= 400) {
+        body.append(piece.first(std::min(piece.size(), largestExplanation - body.size())));
+        m_isCut = body.size() == largestExplanation;
+        return;
+    }
+    const qint64 largest = std::min(m_limits.largestAnswer, m_request.largestAnswer);
     if (body.isEmpty()) {
         curl_off_t announced = -1;
         curl_easy_getinfo(handle(), CURLINFO_CONTENT_LENGTH_DOWNLOAD_T, &announced);
-        body.reserve(std::clamp<qint64>(announced, 0, maxReserved));
+        body.reserve(std::clamp<qint64>(announced, 0, std::min(maxReserved, largest)));
     }
-    if (body.size() + piece.size() > m_limits.largestAnswer)
+    if (body.size() + piece.size() > largest)
         m_refused = otherError(answerTooLarge);
     else
         body.append(piece);

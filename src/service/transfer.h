@@ -80,6 +80,7 @@ private:
     QByteArray m_connection; ///< Its name, once there is one.
     bool m_headIsComplete = false;
     size_t m_headSize = 0;     ///< Of the interim answers too.
+    bool m_isCut = false;      ///< No more of the body is wanted.
     bool m_reconnects = false; ///< The kept-alive connection that was chosen is not to be used.
     int m_attempts = 0;
     int m_redirects = 0;

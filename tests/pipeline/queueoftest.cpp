@@ -23,26 +23,28 @@ QString text(const TaskStatus &status)
     return std::visit(Visitor{}, status);
 }
 
-void QueueOfTest::makeQueue()
+void QueueOfTest::makeQueue(const std::optional<QSslConfiguration> &tls, const QString &authority)
 {
+    m_authority = authority;
     m_folder = std::make_unique<QTemporaryDir>();
     m_shrinkCount.reset();
     m_fetchCount.reset();
     m_output = "output";
     m_now = QDateTime(QDate(2026, 11, 21), QTime(12, 0));
-    m_server = std::make_unique<ScriptedServer>([this](const Request &request) {
+    const auto script = [this](const Request &request) {
         if (request.target == "/shrink")
             return shrinkAnswer(m_server->url(u"/output/x"_s), m_shrinkCount);
         Answer answer{.body = m_output};
         if (m_fetchCount)
             answer.headers.append({"Compression-Count", QByteArray::number(*m_fetchCount)});
         return answer;
-    });
+    };
+    m_server = std::make_unique<ScriptedServer>(script, QHostAddress::LocalHost, tls);
     m_settings = std::make_unique<TransientSettings>();
     KeychainHelper::saveAPIKey(*m_settings, u"key"_s);
     m_tracker = std::make_unique<QuotaTracker>(*m_settings, [this] { return m_now; });
     m_queue = std::make_unique<CompressionQueue>(
-        *m_settings, ServiceConfig{.baseURL = m_server->url(), .limits = {}});
+        *m_settings, ServiceConfig{.baseURL = m_server->url(), .limits = {.caBundle = authority}});
     m_queue->setQuotaTracker(m_tracker.get());
 }
 

@@ -22,7 +22,8 @@ QString text(const TaskStatus &status);
 class QueueOfTest
 {
 protected:
-    void makeQueue();
+    /// With `tls` its service is an https server.
+    void makeQueue(const std::optional<QSslConfiguration> &tls = {}, const QString &authority = {});
     void removeQueue();
 
     QUrl file(const QString &name, const QByteArray &content = "source");
@@ -39,6 +40,7 @@ protected:
     std::optional<qint64> m_shrinkCount;
     std::optional<qint64> m_fetchCount;
     QByteArray m_output;
+    QString m_authority;
 };
 
 } // namespace pixpress::test

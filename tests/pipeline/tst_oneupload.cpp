@@ -3,6 +3,8 @@
 
 #include "pipeline/queueoftest.h"
 
+#include "support/certificates.h"
+
 #include <QFile>
 #include <QTcpSocket>
 #include <QTest>
@@ -82,7 +84,9 @@ class OneUploadTest : public QObject, private QueueOfTest
     Q_OBJECT
 
 private Q_SLOTS:
-    void init() { makeQueue(); }
+    void initTestCase_data();
+    void initTestCase() { m_certificates.make(u"server"_s, "IP:127.0.0.1"); }
+    void init();
     void cleanup() { removeQueue(); }
 
     void misdeed_costsOneUpload_data();
@@ -92,18 +96,36 @@ private Q_SLOTS:
     void unreachableServer_isTriedOnce();
 
 private:
-    void useLimits(const HttpLimits &limits, const QUrl &baseURL);
+    void useLimits(HttpLimits limits, const QUrl &baseURL);
     void misbehave(const Misdeed &misdeed);
     void uploads();
     void silences();
     void answers();
     void fetches();
 
+    Certificates m_certificates;
     int m_posts = 0;
 };
 
-void OneUploadTest::useLimits(const HttpLimits &limits, const QUrl &baseURL)
+void OneUploadTest::initTestCase_data()
 {
+    QTest::addColumn<bool>("secure");
+    QTest::newRow("http") << false;
+    QTest::newRow("https") << true;
+}
+
+void OneUploadTest::init()
+{
+    QFETCH_GLOBAL(const bool, secure);
+    if (secure)
+        makeQueue(m_certificates.server(u"server"_s), m_certificates.authority());
+    else
+        makeQueue();
+}
+
+void OneUploadTest::useLimits(HttpLimits limits, const QUrl &baseURL)
+{
+    limits.caBundle = m_authority;
     m_queue = std::make_unique<CompressionQueue>(
         *m_settings, ServiceConfig{.baseURL = baseURL, .limits = limits});
     m_queue->setQuotaTracker(m_tracker.get());
@@ -183,6 +205,11 @@ void OneUploadTest::uploads()
     row("refused amid the upload",
         {.after = 1 << 20, .says = toBytes({.status = 413}), .pictureSize = large},
         u"File exceeds 500 MB limit"_s);
+    row("refused amid the upload, with the reason",
+        {.after = 1 << 20,
+         .says = toBytes({.status = 413, .body = R"({"error":"Large","message":"Too large."})"}),
+         .pictureSize = large},
+        u"API error (413): Too large."_s);
     row("refused at the head", {.after = 1, .says = toBytes({.status = 401}), .pictureSize = large},
         u"Invalid API key"_s);
     row("accepted at the head",
@@ -285,6 +312,8 @@ void OneUploadTest::answers()
     location("location of a foreign scheme", "Location: ftp://127.0.0.1/x\r\n", notSecure);
     location("location on the disk", "Location: file:///etc/passwd\r\n", notSecure);
     location("location with its content", "Location: data:,output\r\n", notSecure);
+    location("location without a host", "Location: https:///x\r\n", invalid);
+    location("two locations", "Location: /output\r\nLocation: /other\r\n", invalid);
     location("relative location", "Location: output\r\n", completed);
 }
 

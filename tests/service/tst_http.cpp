@@ -3,17 +3,21 @@
 
 #include "service/http.h"
 
+#include "support/certificates.h"
 #include "support/scriptedserver.h"
+#include "support/slowlink.h"
 #include "support/transport.h"
 
 #include <QElapsedTimer>
 #include <QHostAddress>
 #include <QScopeGuard>
+#include <QTcpServer>
 #include <QTcpSocket>
 #include <QTest>
 #include <QTimer>
 
-#include <sys/socket.h>
+#include <array>
+#include <optional>
 
 using namespace pixpress;
 using namespace pixpress::test;
@@ -32,6 +36,29 @@ Answer echo(const Request &request)
     return {.status = 200, .body = request.method + ' ' + request.body};
 }
 
+/// What a server of the tests has, and a client of theirs trusts: nothing where it is to be http.
+std::optional<QSslConfiguration> g_tls;
+QString g_authority;
+
+struct Server : ScriptedServer
+{
+    explicit Server(Script script = {}, const QHostAddress &address = QHostAddress::LocalHost)
+        : ScriptedServer(std::move(script), address, g_tls)
+    {
+    }
+};
+
+struct Client : HttpClient
+{
+    explicit Client(HttpLimits limits) : HttpClient(trusting(std::move(limits))) {}
+
+    static HttpLimits trusting(HttpLimits limits)
+    {
+        limits.caBundle = g_authority;
+        return limits;
+    }
+};
+
 } // namespace
 
 class HttpTest : public QObject
@@ -39,6 +66,10 @@ class HttpTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
+    void initTestCase_data();
+    void initTestCase() { m_certificates.make(u"server"_s, "IP:127.0.0.1,IP:::1"); }
+    void init();
+
     void get_sendsNoBodyAndNoContentType();
     void post_sendsTheBodyWithoutContentType_data();
     void post_sendsTheBodyWithoutContentType();
@@ -58,6 +89,8 @@ private Q_SLOTS:
     void silence_timesOut();
     void silence_endsWhenNothingElseWakesTheClient();
     void trickle_timesOutInTheEnd();
+    void slowUpload_timesOutInTheEnd();
+    void stalledConnect_timesOut();
     void brokenPeer_hasItsSentence_data();
     void brokenPeer_hasItsSentence();
     void noServer_hasItsSentence();
@@ -78,12 +111,29 @@ private Q_SLOTS:
     void others_areReachedThroughTheProxy();
 
     void destroyedClient_cancels();
+
+private:
+    Certificates m_certificates;
 };
+
+void HttpTest::initTestCase_data()
+{
+    QTest::addColumn<bool>("secure");
+    QTest::newRow("http") << false;
+    QTest::newRow("https") << true;
+}
+
+void HttpTest::init()
+{
+    QFETCH_GLOBAL(const bool, secure);
+    g_tls = secure ? std::optional(m_certificates.server(u"server"_s)) : std::nullopt;
+    g_authority = secure ? m_certificates.authority() : QString();
+}
 
 void HttpTest::get_sendsNoBodyAndNoContentType()
 {
-    ScriptedServer server(echo);
-    HttpClient client({});
+    Server server(echo);
+    Client client({});
     const HttpResult result = send(client, get(server.url(u"/a?b=c"_s), "Basic eA=="));
     QCOMPARE(outcome(result), u"200"_s);
     QCOMPARE(server.requests.size(), 1);
@@ -113,8 +163,8 @@ void HttpTest::post_sendsTheBodyWithoutContentType()
 {
     QFETCH(const QHostAddress, address);
     QFETCH(const QByteArray, body);
-    ScriptedServer server([](const Request &) { return Answer{.status = 201}; }, address);
-    HttpClient client({});
+    Server server([](const Request &) { return Answer{.status = 201}; }, address);
+    Client client({});
     QCOMPARE(outcome(send(client, post(server.url(u"/shrink"_s), body))), u"201"_s);
     QCOMPARE(server.requests.size(), 1);
     QCOMPARE(server.requests[0].method, "POST");
@@ -126,10 +176,10 @@ void HttpTest::post_sendsTheBodyWithoutContentType()
 
 void HttpTest::answer_keepsStatusHeadersAndBody()
 {
-    ScriptedServer server([](const Request &) {
+    Server server([](const Request &) {
         return Answer{.status = 418, .body = "short", .headers = {{"X-Thing", "a b"}}};
     });
-    HttpClient client({});
+    Client client({});
     const HttpResult result = send(client, get(server.url()));
     QCOMPARE(outcome(result), u"418"_s);
     QCOMPARE(result->body, "short");
@@ -139,8 +189,8 @@ void HttpTest::answer_keepsStatusHeadersAndBody()
 
 void HttpTest::requests_shareAKeptAliveConnection()
 {
-    ScriptedServer server(echo);
-    HttpClient client({});
+    Server server(echo);
+    Client client({});
     for (int i = 0; i < 5; ++i)
         QCOMPARE(outcome(send(client, post(server.url(), "x"))), u"200"_s);
     QCOMPARE(server.requests.size(), 5);
@@ -149,8 +199,8 @@ void HttpTest::requests_shareAKeptAliveConnection()
 
 void HttpTest::requests_leaveNothingToTheNext()
 {
-    ScriptedServer server(echo);
-    HttpClient client({});
+    Server server(echo);
+    Client client({});
     const QList<QByteArray> bodies{"small", QByteArray(200'000, 'x'), "", "last"};
     for (const QByteArray &body : bodies) {
         const HttpRequest full{.url = server.url(u"/full"_s),
@@ -170,9 +220,9 @@ void HttpTest::requests_leaveNothingToTheNext()
 
 void HttpTest::requests_runAtTheSameTime()
 {
-    ScriptedServer server(echo);
+    Server server(echo);
     server.hold();
-    HttpClient client({});
+    Client client({});
     auto first = sendTask(client, post(server.url(), "1"));
     auto second = sendTask(client, post(server.url(), "2"));
     auto third = sendTask(client, post(server.url(), "3"));
@@ -210,12 +260,12 @@ void HttpTest::answerBody_arrivesWhole()
 {
     QFETCH(const QByteArray, answer);
     QFETCH(const QByteArray, body);
-    ScriptedServer server;
+    Server server;
     server.setRaw([&](QTcpSocket &socket, const QByteArray &) {
         socket.write(answer);
         socket.disconnectFromHost();
     });
-    HttpClient client({});
+    Client client({});
     const HttpResult result = send(client, get(server.url()));
     QCOMPARE(outcome(result), u"200"_s);
     QVERIFY(result->body == body);
@@ -225,16 +275,23 @@ void HttpTest::answerBeforeTheUploadEnds_isReported_data()
 {
     QTest::addColumn<qsizetype>("bodySize");
     QTest::addColumn<qsizetype>("answerAfter"); // bytes of the request
-    QTest::newRow("at the head of a large body") << qsizetype(30'000'000) << qsizetype(1);
-    QTest::newRow("amid a large body") << qsizetype(30'000'000) << qsizetype(1'000'000);
-    QTest::newRow("amid a small body") << qsizetype(900'000) << qsizetype(1000);
+    QTest::addColumn<bool>("slow");             // the link
+    const qsizetype large = 30'000'000;
+    QTest::newRow("at the head of a large body") << large << qsizetype(1) << false;
+    QTest::newRow("amid a large body") << large << qsizetype(1'000'000) << false;
+    QTest::newRow("amid a small body") << qsizetype(900'000) << qsizetype(1000) << false;
+    QTest::newRow("at the head, slow link") << large << qsizetype(1) << true;
+    QTest::newRow("amid a large body, slow link") << large << qsizetype(300'000) << true;
 }
 
 void HttpTest::answerBeforeTheUploadEnds_isReported()
 {
     QFETCH(const qsizetype, bodySize);
     QFETCH(const qsizetype, answerAfter);
-    ScriptedServer server(echo);
+    QFETCH(const bool, slow);
+    Server server(echo);
+    const SlowLink link(server.url());
+    const QUrl url = slow ? link.url() : server.url();
     const ScriptedServer::RawScript refuse = [&](QTcpSocket &socket, const QByteArray &received) {
         if (received.size() < answerAfter)
             return;
@@ -243,22 +300,16 @@ void HttpTest::answerBeforeTheUploadEnds_isReported()
         socket.flush();
         socket.abort(); // with unread data in the kernel: the peer's next segment is reset
     };
-    HttpClient client({});
+    Client client({});
     const QByteArray body(bodySize, 'x');
-    int reported = 0;
-    for (int i = 0; i < 20; ++i) {
+    for (int i = 0; i < (slow ? 10 : 25); ++i) {
         server.setRaw({});
-        QCOMPARE(outcome(send(client, get(server.url()))), u"200"_s); // which is then kept alive
+        QCOMPARE(outcome(send(client, get(url))), u"200"_s); // which is then kept alive
         server.setRaw(refuse);
-        const HttpResult result = send(client, post(server.url(), body));
-        if (outcome(result) == u"413"_s && result->body == "too large")
-            ++reported;
-        else
-            QCOMPARE(outcome(result), lost);
+        const HttpResult result = send(client, post(url, body));
+        QCOMPARE(outcome(result), u"413"_s);
+        QCOMPARE(result->body, "too large");
     }
-    // Answer and reset can both arrive between the last look at the socket and the next piece that
-    // is sent, about once in two thousand times: then the answer is lost.
-    QVERIFY2(reported >= 18, qPrintable(QString::number(reported)));
 }
 
 void HttpTest::answerOverTheLimit_isRefused_data()
@@ -271,13 +322,13 @@ void HttpTest::answerOverTheLimit_isRefused_data()
 void HttpTest::answerOverTheLimit_isRefused()
 {
     QFETCH(const QByteArray, head);
-    ScriptedServer server;
+    Server server;
     server.setRaw([&](QTcpSocket &socket, const QByteArray &) {
         socket.write("HTTP/1.1 200 OK\r\n" + head);
         connect(&socket, &QTcpSocket::bytesWritten, &socket,
                 [&socket] { socket.write(QByteArray(10'000, 'x')); });
     });
-    HttpClient client({.largestAnswer = 100'000});
+    Client client({.largestAnswer = 100'000});
     QCOMPARE(outcome(send(client, get(server.url()))), u"The server's answer is too large."_s);
 }
 
@@ -296,14 +347,14 @@ void HttpTest::silence_timesOut()
 {
     QFETCH(const QByteArray, sent);
     QFETCH(const bool, reads);
-    ScriptedServer server;
+    Server server;
     server.setRaw([&](QTcpSocket &socket, const QByteArray &) {
         if (!reads)
             socket.setReadBufferSize(1);
         socket.write(sent);
         server.setRaw([](QTcpSocket &, const QByteArray &) {});
     });
-    HttpClient client({.longestSilence = 300ms});
+    Client client({.longestSilence = 300ms});
     const HttpResult result = send(client, post(server.url(), QByteArray(40'000'000, 'x')));
     QCOMPARE(outcome(result), timedOut);
     QCOMPARE(result.error().kind, TransportError::Case::timedOut);
@@ -311,9 +362,9 @@ void HttpTest::silence_timesOut()
 
 void HttpTest::silence_endsWhenNothingElseWakesTheClient()
 {
-    ScriptedServer server(echo);
+    Server server(echo);
     server.hold();
-    HttpClient client({.longestSilence = 1500ms}); // libcurl's own timers are over by then
+    Client client({.longestSilence = 1500ms}); // libcurl's own timers are over by then
     QElapsedTimer timer;
     timer.start();
     QCOMPARE(outcome(send(client, get(server.url()))), timedOut);
@@ -322,15 +373,43 @@ void HttpTest::silence_endsWhenNothingElseWakesTheClient()
 
 void HttpTest::trickle_timesOutInTheEnd()
 {
-    ScriptedServer server;
+    Server server;
     server.setRaw([&](QTcpSocket &socket, const QByteArray &) {
         socket.write("HTTP/1.1 200 OK\r\n\r\n");
         auto *timer = new QTimer(&socket);
         connect(timer, &QTimer::timeout, &socket, [&socket] { socket.write("x"); });
         timer->start(20ms);
     });
-    HttpClient client({.longestSilence = 10s, .longestTransfer = 400ms});
+    Client client({.longestSilence = 10s, .longestTransfer = 400ms});
     QCOMPARE(outcome(send(client, get(server.url()))), timedOut);
+}
+
+void HttpTest::slowUpload_timesOutInTheEnd()
+{
+    Server server(echo);
+    const SlowLink link(server.url());
+    Client client({.longestSilence = 10s, .longestTransfer = 1s});
+    QCOMPARE(outcome(send(client, post(link.url(), QByteArray(40'000'000, 'x')))), timedOut);
+    QVERIFY(server.requests.isEmpty());
+    QCOMPARE(server.connections, 1);
+}
+
+void HttpTest::stalledConnect_timesOut()
+{
+    // Nobody accepts, and the queue has one place: whoever connects then gets no answer.
+    QTcpServer server;
+    server.setListenBacklogSize(0);
+    QVERIFY(server.listen(QHostAddress::LocalHost));
+    server.pauseAccepting();
+    std::array<QTcpSocket, 3> others;
+    for (QTcpSocket &other : others)
+        other.connectToHost(QHostAddress::LocalHost, server.serverPort());
+    QTRY_VERIFY(others[0].state() == QAbstractSocket::ConnectedState);
+    QUrl url(u"http://127.0.0.1"_s);
+    url.setScheme(g_tls ? u"https"_s : u"http"_s);
+    url.setPort(server.serverPort());
+    Client client({.longestSilence = 500ms});
+    QCOMPARE(outcome(send(client, get(url))), timedOut);
 }
 
 void HttpTest::brokenPeer_hasItsSentence_data()
@@ -357,14 +436,14 @@ void HttpTest::brokenPeer_hasItsSentence()
 {
     QFETCH(const QByteArray, answer);
     QFETCH(const QString, sentence);
-    ScriptedServer server;
+    Server server;
     int posts = 0;
     server.setRaw([&](QTcpSocket &socket, const QByteArray &received) {
         posts += static_cast<int>(received.count("POST"));
         socket.write(answer);
         socket.disconnectFromHost();
     });
-    HttpClient client({});
+    Client client({});
     QCOMPARE(outcome(send(client, post(server.url(), "x"))), sentence);
     QCOMPARE(posts, 1);
 }
@@ -373,17 +452,17 @@ void HttpTest::noServer_hasItsSentence()
 {
     QUrl url;
     {
-        const ScriptedServer server;
+        const Server server;
         url = server.url();
     }
-    HttpClient client({});
+    Client client({});
     QCOMPARE(outcome(send(client, get(url))), u"Could not connect to the server."_s);
 }
 
 void HttpTest::postOnADyingConnection_isNotRepeated()
 {
-    ScriptedServer server(echo);
-    HttpClient client({});
+    Server server(echo);
+    Client client({});
     QCOMPARE(outcome(send(client, post(server.url(), "good"))), u"200"_s);
 
     int posts = 0;
@@ -413,7 +492,7 @@ void HttpTest::addressThatIsNotAllowed_isRefused_data()
 void HttpTest::addressThatIsNotAllowed_isRefused()
 {
     QFETCH(const QUrl, url);
-    HttpClient client({});
+    Client client({});
     const HttpResult result = send(client, get(url));
     QCOMPARE(outcome(result), notSecure);
     QCOMPARE(result.error().kind, TransportError::Case::refusedAddress);
@@ -442,12 +521,12 @@ void HttpTest::redirect()
     QFETCH(const bool, posts);
     QFETCH(const QString, outcome);
     QFETCH(const QByteArray, seen);
-    ScriptedServer target(echo);
-    ScriptedServer server([&](const Request &) {
+    Server target(echo);
+    Server server([&](const Request &) {
         return Answer{.status = status,
                       .headers = {{"Location", target.url(u"/there"_s).toEncoded()}}};
     });
-    HttpClient client({});
+    Client client({});
     HttpRequest request = posts ? post(server.url(), "body") : get(server.url());
     request.contentType = posts ? "text/plain" : "";
     const HttpResult result = send(client, request);
@@ -466,29 +545,30 @@ void HttpTest::redirect()
 void HttpTest::redirectToAnInsecureAddress_isRefused_data()
 {
     QTest::addColumn<QByteArray>("location");
-    for (const char *location : {"http://example.com/", "ftp://127.0.0.1/", "file:///etc/passwd",
-                                 "//example.com/x", "http://127.0.0.1@example.com/"})
+    for (const char *location :
+         {"http://example.com/", "ftp://127.0.0.1/", "file:///etc/passwd", "//example.com/x",
+          "http://127.0.0.1@example.com/", "https:///x", "/one\r\nLocation: /two"})
         QTest::newRow(location) << QByteArray(location);
 }
 
 void HttpTest::redirectToAnInsecureAddress_isRefused()
 {
     QFETCH(const QByteArray, location);
-    ScriptedServer server([&](const Request &) {
+    Server server([&](const Request &) {
         return Answer{.status = 302, .headers = {{"Location", location}}};
     });
-    HttpClient client({});
+    Client client({});
     QCOMPARE(outcome(send(client, get(server.url()))), notSecure);
 }
 
 void HttpTest::redirectWithinTheOrigin_keepsCredentials()
 {
-    ScriptedServer server([](const Request &request) {
+    Server server([](const Request &request) {
         return request.target == "/there"
                    ? Answer{}
                    : Answer{.status = 302, .headers = {{"Location", "/there"}}};
     });
-    HttpClient client({});
+    Client client({});
     QCOMPARE(outcome(send(client, get(server.url(u"/here"_s), "Basic c2VjcmV0"))), u"200"_s);
     QCOMPARE(server.requests.size(), 2);
     QCOMPARE(server.requests[1].headers.value("authorization"), "Basic c2VjcmV0");
@@ -496,13 +576,13 @@ void HttpTest::redirectWithinTheOrigin_keepsCredentials()
 
 void HttpTest::redirectToAnotherPort_dropsCredentials()
 {
-    ScriptedServer target(echo);
-    ScriptedServer server([&](const Request &) {
+    Server target(echo);
+    Server server([&](const Request &) {
         QUrl url = target.url();
         url.setUserInfo(u"api:other"_s);
         return Answer{.status = 302, .headers = {{"Location", url.toEncoded()}}};
     });
-    HttpClient client({});
+    Client client({});
     QCOMPARE(outcome(send(client, get(server.url(), "Basic c2VjcmV0"))), u"200"_s);
     QCOMPARE(target.requests.size(), 1);
     QVERIFY(!target.requests[0].headers.contains("authorization"));
@@ -510,9 +590,9 @@ void HttpTest::redirectToAnotherPort_dropsCredentials()
 
 void HttpTest::endlessRedirect_ends()
 {
-    ScriptedServer server(
+    Server server(
         [](const Request &) { return Answer{.status = 302, .headers = {{"Location", "/again"}}}; });
-    HttpClient client({});
+    Client client({});
     QCOMPARE(outcome(send(client, get(server.url()))),
              u"The server redirected the request too often."_s);
     QCOMPARE(server.requests.size(), 11);
@@ -520,8 +600,8 @@ void HttpTest::endlessRedirect_ends()
 
 void HttpTest::credentialsInAnAddress_areNotUsed()
 {
-    ScriptedServer server(echo);
-    HttpClient client({});
+    Server server(echo);
+    Client client({});
     QUrl url = server.url();
     url.setUserInfo(u"somebody:else"_s);
     QCOMPARE(outcome(send(client, get(url))), u"200"_s);
@@ -530,11 +610,11 @@ void HttpTest::credentialsInAnAddress_areNotUsed()
 
 void HttpTest::thisMachine_isNotReachedThroughAProxy()
 {
-    ScriptedServer server(echo);
+    Server server(echo);
     ScriptedServer proxy([](const Request &) { return Answer{.status = 502}; });
     qputenv("http_proxy", proxy.url().toEncoded());
     const auto restore = qScopeGuard([] { qunsetenv("http_proxy"); });
-    HttpClient client({});
+    Client client({});
     QCOMPARE(outcome(send(client, get(server.url()))), u"200"_s);
     QCOMPARE(proxy.connections, 0);
 }
@@ -550,7 +630,7 @@ void HttpTest::others_areReachedThroughTheProxy()
     });
     qputenv("https_proxy", proxy.url().toEncoded());
     const auto restore = qScopeGuard([] { qunsetenv("https_proxy"); });
-    HttpClient client({});
+    Client client({});
     QVERIFY(!send(client, get(QUrl(u"https://pictures.invalid/"_s), "Basic c2VjcmV0")));
     QVERIFY2(asked.startsWith("CONNECT pictures.invalid:443 HTTP/1.1\r\n"), asked);
     QVERIFY(!asked.contains("c2VjcmV0"));
@@ -558,9 +638,9 @@ void HttpTest::others_areReachedThroughTheProxy()
 
 void HttpTest::destroyedClient_cancels()
 {
-    ScriptedServer server(echo);
+    Server server(echo);
     server.hold();
-    auto client = std::make_unique<HttpClient>(HttpLimits{});
+    auto client = std::make_unique<Client>(HttpLimits{});
     auto first = sendTask(*client, get(server.url()));
     auto second = sendTask(*client, get(server.url()));
     QTRY_COMPARE(server.requests.size(), 2);

@@ -53,6 +53,10 @@ private Q_SLOTS:
 
     void failureStatus_isMapped_data();
     void failureStatus_isMapped();
+    void endlessFailure_isMappedByItsStatus_data();
+    void endlessFailure_isMappedByItsStatus();
+    void endlessDescription_isRefused();
+    void repeatedCount_isNone();
     void noHTTP_isInvalid();
     void transportError_passesThrough();
 
@@ -126,6 +130,8 @@ void TinifyServiceTest::shrinkWithBadLocation_isInvalid_data()
     QTest::newRow("missing") << std::optional<QByteArray>();
     QTest::newRow("empty") << std::optional<QByteArray>("");
     QTest::newRow("no URL") << std::optional<QByteArray>("http://[");
+    QTest::newRow("no host") << std::optional<QByteArray>("https:///x");
+    QTest::newRow("two") << std::optional<QByteArray>("/one\r\nLocation: /two");
     QTest::newRow("bad port") << std::optional<QByteArray>("https://host:99999999/");
 }
 
@@ -290,6 +296,53 @@ void TinifyServiceTest::failureStatus_isMapped()
     server.setScript([](const Request &) { return Answer{.status = 201}; });
     QCOMPARE(failure(QCoro::waitFor(service.fetchOutput(server.url(), {}, u"key"_s))),
              u"API error (201): Unknown error"_s);
+}
+
+void TinifyServiceTest::endlessFailure_isMappedByItsStatus_data()
+{
+    QTest::addColumn<QByteArray>("length");
+    QTest::newRow("announced") << QByteArray("Content-Length: 1073741824\r\n");
+    QTest::newRow("not announced") << QByteArray();
+}
+
+void TinifyServiceTest::endlessFailure_isMappedByItsStatus()
+{
+    QFETCH(const QByteArray, length);
+    ScriptedServer server;
+    qint64 sent = 0;
+    server.setRaw([&](QTcpSocket &socket, const QByteArray &) {
+        socket.write("HTTP/1.1 413 Too Large\r\n" + length + "\r\n{\"error\":\"");
+        connect(&socket, &QTcpSocket::bytesWritten, &socket, [&](qint64 bytes) {
+            sent += bytes;
+            socket.write(QByteArray(100'000, 'x'));
+        });
+    });
+    TinifyService service(configFor(server));
+    QCOMPARE(failure(QCoro::waitFor(service.shrink("image", u"key"_s))),
+             u"File exceeds 500 MB limit"_s);
+    QCOMPARE(failure(QCoro::waitFor(service.fetchOutput(server.url(), {}, u"key"_s))),
+             u"File exceeds 500 MB limit"_s);
+    QVERIFY2(sent < 100'000'000, qPrintable(QString::number(sent)));
+}
+
+void TinifyServiceTest::endlessDescription_isRefused()
+{
+    ScriptedServer server(
+        [](const Request &) { return Answer{.status = 201, .body = QByteArray(10'000'000, ' ')}; });
+    TinifyService service(configFor(server));
+    QCOMPARE(failure(QCoro::waitFor(service.shrink("image", u"key"_s))),
+             u"The server's answer is too large."_s);
+}
+
+void TinifyServiceTest::repeatedCount_isNone()
+{
+    ScriptedServer server([&](const Request &) {
+        Answer answer = shrinkAnswer(server.url(u"/output"_s), 3);
+        answer.headers.append({QByteArray("compression-count"), QByteArray("400")});
+        return answer;
+    });
+    TinifyService service(configFor(server));
+    QCOMPARE(QCoro::waitFor(service.shrink("image", u"key"_s))->compressionCount, 0);
 }
 
 void TinifyServiceTest::noHTTP_isInvalid()

@@ -4,15 +4,11 @@
 #include "service/http.h"
 #include "service/tinifyservice.h"
 
+#include "support/certificates.h"
 #include "support/scriptedserver.h"
 #include "support/transport.h"
 
-#include <QProcess>
-#include <QSslConfiguration>
-#include <QSslKey>
 #include <QSslServer>
-#include <QSslSocket>
-#include <QTemporaryDir>
 #include <QTest>
 #include <QTimer>
 
@@ -27,16 +23,11 @@ using namespace Qt::StringLiterals;
 class HttpsServer : public QSslServer
 {
 public:
-    HttpsServer(const QString &certificate, const QString &key, Answer answerToAll = {})
+    explicit HttpsServer(const QSslConfiguration &tls, Answer answerToAll = {},
+                         const QHostAddress &address = QHostAddress::LocalHost)
         : answer(std::move(answerToAll))
     {
-        QSslConfiguration configuration = QSslConfiguration::defaultConfiguration();
-        QFile keyFile(key);
-        if (!keyFile.open(QIODevice::ReadOnly))
-            qFatal("The key is missing.");
-        configuration.setLocalCertificateChain(QSslCertificate::fromPath(certificate));
-        configuration.setPrivateKey(QSslKey(&keyFile, QSsl::Rsa));
-        setSslConfiguration(configuration);
+        setSslConfiguration(tls);
         connect(this, &QSslServer::pendingConnectionAvailable, this, [this] {
             QTcpSocket *socket = nextPendingConnection();
             connect(socket, &QTcpSocket::readyRead, this, [this, socket] {
@@ -46,11 +37,14 @@ public:
                                        [=, this] { socket->write(toBytes(answer)); });
             });
         });
-        if (!listen(QHostAddress::LocalHost))
+        if (!listen(address))
             qFatal("The https server cannot listen.");
     }
 
-    QUrl url() const { return QUrl(u"https://127.0.0.1:%1/"_s.arg(serverPort())); }
+    QUrl url() const
+    {
+        return QUrl(u"https://%1:%2/"_s.arg(serverAddress().toString()).arg(serverPort()));
+    }
 
     Answer answer;
     std::chrono::milliseconds pause{0}; ///< Before it shakes hands, and before it answers.
@@ -82,52 +76,23 @@ private Q_SLOTS:
     void redirectToABadCertificate_sendsNothing();
     void plainLocationOfASecureService_isRefused();
     void secureLocationOfAPlainService_isFetched();
+    void locationOnAnotherHost_isFetchedUnderItsOwnCertificate();
+    void redirectToAnotherHost_dropsCredentials();
     void unreadableTrust_hasItsSentence();
     void onlyHttp11_isOffered();
     void connectingAndWaiting_haveASilenceEach();
 
 private:
-    void openssl(const QStringList &arguments);
-    void makeCertificate(const QString &name, const QString &host, const QString &days);
-    QString path(const QString &name) const { return m_folder.filePath(name); }
-
-    QTemporaryDir m_folder;
+    Certificates m_certificates;
 };
-
-void TlsTest::openssl(const QStringList &arguments)
-{
-    QProcess process;
-    process.setWorkingDirectory(m_folder.path());
-    process.start(u"openssl"_s, arguments);
-    QVERIFY2(process.waitForFinished(), "openssl does not run");
-    QVERIFY2(process.exitCode() == 0, process.readAllStandardError().constData());
-}
-
-void TlsTest::makeCertificate(const QString &name, const QString &host, const QString &days)
-{
-    QFile extensions(path(name + u".ext"_s));
-    QVERIFY(extensions.open(QIODevice::WriteOnly));
-    extensions.write("subjectAltName=" + host.toLatin1());
-    extensions.close();
-    openssl({u"req"_s, u"-newkey"_s, u"rsa:2048"_s, u"-nodes"_s, u"-keyout"_s, name + u".key"_s,
-             u"-out"_s, name + u".csr"_s, u"-subj"_s, u"/CN=server"_s});
-    openssl({u"x509"_s, u"-req"_s, u"-in"_s, name + u".csr"_s, u"-CA"_s, u"ca.pem"_s, u"-CAkey"_s,
-             u"ca.key"_s, u"-CAcreateserial"_s, u"-out"_s, name + u".pem"_s, u"-days"_s, days,
-             u"-extfile"_s, name + u".ext"_s});
-}
 
 void TlsTest::initTestCase()
 {
-    const auto makeAuthority = [this](const QString &name) {
-        openssl({u"req"_s, u"-x509"_s, u"-newkey"_s, u"rsa:2048"_s, u"-nodes"_s, u"-keyout"_s,
-                 name + u".key"_s, u"-out"_s, name + u".pem"_s, u"-days"_s, u"2"_s, u"-subj"_s,
-                 u"/CN="_s + name, u"-addext"_s, u"subjectAltName=IP:127.0.0.1"_s});
-    };
-    makeAuthority(u"ca"_s);
-    makeAuthority(u"self-signed"_s);
-    makeCertificate(u"good"_s, u"IP:127.0.0.1"_s, u"2"_s);
-    makeCertificate(u"wrong-name"_s, u"DNS:example.com"_s, u"2"_s);
-    makeCertificate(u"expired"_s, u"IP:127.0.0.1"_s, u"-1"_s);
+    m_certificates.makeSelfSigned(u"self-signed"_s);
+    m_certificates.make(u"good"_s, "IP:127.0.0.1");
+    m_certificates.make(u"other"_s, "IP:127.0.0.2");
+    m_certificates.make(u"wrong-name"_s, "DNS:example.com");
+    m_certificates.make(u"expired"_s, "IP:127.0.0.1", true);
 }
 
 void TlsTest::certificate_decidesWhetherAnythingIsSent_data()
@@ -149,8 +114,8 @@ void TlsTest::certificate_decidesWhetherAnythingIsSent()
     QFETCH(const QString, certificate);
     QFETCH(const QString, trust);
     QFETCH(const QString, outcome);
-    const HttpsServer server(path(certificate + u".pem"_s), path(certificate + u".key"_s), {});
-    HttpClient client({.caBundle = trust.isEmpty() ? trust : path(trust)});
+    const HttpsServer server(m_certificates.server(certificate));
+    HttpClient client({.caBundle = trust.isEmpty() ? trust : m_certificates.path(trust)});
     QCOMPARE(test::outcome(send(client, get(server.url(), "Basic c2VjcmV0"))), outcome);
     QCOMPARE(server.received.contains("Basic c2VjcmV0"), outcome == u"200"_s);
     QCOMPARE(server.received.isEmpty(), outcome != u"200"_s);
@@ -159,9 +124,9 @@ void TlsTest::certificate_decidesWhetherAnythingIsSent()
 void TlsTest::redirectToThisMachineInPlain_dropsCredentials()
 {
     ScriptedServer plain([](const Request &) { return Answer{}; });
-    const HttpsServer server(path(u"good.pem"_s), path(u"good.key"_s),
+    const HttpsServer server(m_certificates.server(u"good"_s),
                              {.status = 302, .headers = {{"Location", plain.url().toEncoded()}}});
-    HttpClient client({.caBundle = path(u"ca.pem"_s)});
+    HttpClient client({.caBundle = m_certificates.authority()});
     QCOMPARE(outcome(send(client, get(server.url(), "Basic c2VjcmV0"))), u"200"_s);
     QCOMPARE(plain.requests.size(), 1);
     QVERIFY(!plain.requests[0].headers.contains("authorization"));
@@ -169,12 +134,12 @@ void TlsTest::redirectToThisMachineInPlain_dropsCredentials()
 
 void TlsTest::redirectToPlainOnTheSamePort_dropsCredentials()
 {
-    HttpsServer server(path(u"good.pem"_s), path(u"good.key"_s));
+    HttpsServer server(m_certificates.server(u"good"_s));
     QUrl plain = server.url();
     plain.setScheme(u"http"_s);
     server.answer = {.status = 302, .headers = {{"Location", plain.toEncoded()}}};
     server.connectionsWithTls = 1;
-    HttpClient client({.caBundle = path(u"ca.pem"_s)});
+    HttpClient client({.caBundle = m_certificates.authority()});
     QCOMPARE(outcome(send(client, get(server.url(), "Basic c2VjcmV0"))),
              u"The server redirected the request too often."_s);
     QCOMPARE(server.received.count("GET / HTTP/1.1\r\n"), 11);
@@ -197,14 +162,14 @@ void TlsTest::redirectToTheOtherScheme_dropsCredentials()
     QFETCH(const bool, posts);
     Answer answerOfPlain;
     ScriptedServer plain([&](const Request &) { return answerOfPlain; });
-    HttpsServer secure(path(u"good.pem"_s), path(u"good.key"_s));
+    HttpsServer secure(m_certificates.server(u"good"_s));
     const auto redirect = [&](const QUrl &to) {
         return Answer{.status = status, .headers = {{"Location", to.toEncoded()}}};
     };
     const bool follows = !posts || status < 307;
     const QString expected = QString::number(follows ? 200 : status);
     const auto sendTo = [&](const QUrl &url) {
-        HttpClient client({.caBundle = path(u"ca.pem"_s)});
+        HttpClient client({.caBundle = m_certificates.authority()});
         HttpRequest request = get(url, "Basic c2VjcmV0");
         if (posts)
             request.body = QByteArray();
@@ -228,10 +193,10 @@ void TlsTest::redirectToTheOtherScheme_dropsCredentials()
 void TlsTest::redirectToABadCertificate_sendsNothing()
 {
     for (const QString &name : {u"self-signed"_s, u"wrong-name"_s, u"expired"_s}) {
-        const HttpsServer bad(path(name + u".pem"_s), path(name + u".key"_s));
-        const HttpsServer good(path(u"good.pem"_s), path(u"good.key"_s),
+        const HttpsServer bad(m_certificates.server(name));
+        const HttpsServer good(m_certificates.server(u"good"_s),
                                {.status = 302, .headers = {{"Location", bad.url().toEncoded()}}});
-        HttpClient client({.caBundle = path(u"ca.pem"_s)});
+        HttpClient client({.caBundle = m_certificates.authority()});
         QCOMPARE(outcome(send(client, get(good.url(), "Basic c2VjcmV0"))),
                  u"The server's certificate is not valid, so nothing was sent."_s);
         QCOMPARE(bad.received, "");
@@ -241,8 +206,9 @@ void TlsTest::redirectToABadCertificate_sendsNothing()
 void TlsTest::plainLocationOfASecureService_isRefused()
 {
     const ScriptedServer plain([](const Request &) { return Answer{}; });
-    const HttpsServer secure(path(u"good.pem"_s), path(u"good.key"_s));
-    TinifyService service({.baseURL = secure.url(), .limits = {.caBundle = path(u"ca.pem"_s)}});
+    const HttpsServer secure(m_certificates.server(u"good"_s));
+    TinifyService service(
+        {.baseURL = secure.url(), .limits = {.caBundle = m_certificates.authority()}});
     const auto refused = QCoro::waitFor(service.fetchOutput(plain.url(), {}, u"secret"_s));
     QCOMPARE(errorDescription(refused.error()),
              u"The server named an address that is not secure, so nothing was sent there."_s);
@@ -252,19 +218,49 @@ void TlsTest::plainLocationOfASecureService_isRefused()
 
 void TlsTest::secureLocationOfAPlainService_isFetched()
 {
-    const HttpsServer secure(path(u"good.pem"_s), path(u"good.key"_s), {.body = "output"});
-    TinifyService service(
-        {.baseURL = QUrl(u"http://127.0.0.1"_s), .limits = {.caBundle = path(u"ca.pem"_s)}});
+    const HttpsServer secure(m_certificates.server(u"good"_s), {.body = "output"});
+    TinifyService service({.baseURL = QUrl(u"http://127.0.0.1"_s),
+                           .limits = {.caBundle = m_certificates.authority()}});
     const auto fetched = QCoro::waitFor(service.fetchOutput(secure.url(), {}, u"secret"_s));
     QVERIFY(fetched);
     QCOMPARE(fetched->first, "output");
     QVERIFY(secure.received.contains("\r\nAuthorization: Basic "));
 }
 
+void TlsTest::locationOnAnotherHost_isFetchedUnderItsOwnCertificate()
+{
+    const QHostAddress host(u"127.0.0.2"_s);
+    const HttpsServer other(m_certificates.server(u"other"_s), {.body = "output"}, host);
+    const HttpsServer liar(m_certificates.server(u"good"_s), {.body = "output"}, host);
+    const HttpsServer secure(m_certificates.server(u"good"_s), shrinkAnswer(other.url()));
+    TinifyService service(
+        {.baseURL = secure.url(), .limits = {.caBundle = m_certificates.authority()}});
+    const auto shrunk = QCoro::waitFor(service.shrink("picture\r\n\r\n", u"secret"_s));
+    QVERIFY(shrunk);
+    const auto fetched = QCoro::waitFor(service.fetchOutput(shrunk->outputURL, {}, u"secret"_s));
+    QVERIFY(fetched);
+    QCOMPARE(fetched->first, "output");
+    const auto refused = QCoro::waitFor(service.fetchOutput(liar.url(), {}, u"secret"_s));
+    QCOMPARE(errorDescription(refused.error()),
+             u"The server's certificate is not valid, so nothing was sent."_s);
+    QCOMPARE(liar.received, "");
+}
+
+void TlsTest::redirectToAnotherHost_dropsCredentials()
+{
+    const HttpsServer other(m_certificates.server(u"other"_s), {}, QHostAddress(u"127.0.0.2"_s));
+    const HttpsServer server(m_certificates.server(u"good"_s),
+                             {.status = 302, .headers = {{"Location", other.url().toEncoded()}}});
+    HttpClient client({.caBundle = m_certificates.authority()});
+    QCOMPARE(outcome(send(client, get(server.url(), "Basic c2VjcmV0"))), u"200"_s);
+    QVERIFY(other.received.contains("Host: 127.0.0.2"));
+    QVERIFY(!other.received.contains("Authorization"));
+}
+
 void TlsTest::unreadableTrust_hasItsSentence()
 {
-    const HttpsServer server(path(u"good.pem"_s), path(u"good.key"_s), {});
-    HttpClient client({.caBundle = path(u"missing.pem"_s)});
+    const HttpsServer server(m_certificates.server(u"good"_s));
+    HttpClient client({.caBundle = m_certificates.path(u"missing.pem"_s)});
     QCOMPARE(outcome(send(client, get(server.url()))),
              u"The trusted certificates of this computer could not be read."_s);
 }
@@ -288,9 +284,9 @@ void TlsTest::onlyHttp11_isOffered()
 
 void TlsTest::connectingAndWaiting_haveASilenceEach()
 {
-    HttpsServer server(path(u"good.pem"_s), path(u"good.key"_s));
+    HttpsServer server(m_certificates.server(u"good"_s));
     server.pause = 1000ms; // two of them are longer than the silence
-    HttpClient client({.caBundle = path(u"ca.pem"_s), .longestSilence = 1500ms});
+    HttpClient client({.caBundle = m_certificates.authority(), .longestSilence = 1500ms});
     QCOMPARE(outcome(send(client, get(server.url()))), u"200"_s);
 }
 

@@ -3,15 +3,30 @@
 
 #include "support/scriptedserver.h"
 
+#include <QSslServer>
 #include <QTcpSocket>
 
 namespace pixpress::test {
 
-ScriptedServer::ScriptedServer(Script script, const QHostAddress &address)
-    : m_script(std::move(script))
+namespace {
+
+std::unique_ptr<QTcpServer> makeServer(const std::optional<QSslConfiguration> &tls)
 {
-    connect(&m_server, &QTcpServer::newConnection, this, [this] {
-        while (QTcpSocket *socket = m_server.nextPendingConnection()) {
+    if (!tls)
+        return std::make_unique<QTcpServer>();
+    auto server = std::make_unique<QSslServer>();
+    server->setSslConfiguration(*tls);
+    return server;
+}
+
+} // namespace
+
+ScriptedServer::ScriptedServer(Script script, const QHostAddress &address,
+                               const std::optional<QSslConfiguration> &tls)
+    : m_server(makeServer(tls)), m_script(std::move(script))
+{
+    connect(m_server.get(), &QTcpServer::pendingConnectionAvailable, this, [this] {
+        while (QTcpSocket *socket = m_server->nextPendingConnection()) {
             m_connections.insert(socket, {.number = ++connections, .received = {}});
             connect(socket, &QTcpSocket::readyRead, this, [this, socket] { receive(socket); });
             connect(socket, &QTcpSocket::disconnected, this, [this, socket] {
@@ -21,7 +36,7 @@ ScriptedServer::ScriptedServer(Script script, const QHostAddress &address)
             });
         }
     });
-    if (!m_server.listen(address))
+    if (!m_server->listen(address))
         qFatal("The scripted server cannot listen.");
 }
 
@@ -34,9 +49,10 @@ ScriptedServer::~ScriptedServer()
 QUrl ScriptedServer::url(const QString &path) const
 {
     QUrl url(path);
-    url.setScheme(QStringLiteral("http"));
-    url.setHost(m_server.serverAddress().toString());
-    url.setPort(m_server.serverPort());
+    const bool isSecure = qobject_cast<QSslServer *>(m_server.get());
+    url.setScheme(isSecure ? QStringLiteral("https") : QStringLiteral("http"));
+    url.setHost(m_server->serverAddress().toString());
+    url.setPort(m_server->serverPort());
     return url;
 }
 

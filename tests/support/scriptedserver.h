@@ -8,12 +8,14 @@
 #include <QHostAddress>
 #include <QList>
 #include <QObject>
-#include <QTcpServer>
+#include <QSslConfiguration>
 #include <QUrl>
 
 #include <functional>
+#include <memory>
 #include <optional>
 
+class QTcpServer;
 class QTcpSocket;
 
 namespace pixpress::test {
@@ -44,8 +46,10 @@ public:
     /// each time some arrive; writes to or closes the socket as it likes.
     using RawScript = std::function<void(QTcpSocket &socket, const QByteArray &received)>;
 
+    /// With `tls` it is an https server.
     explicit ScriptedServer(Script script = {},
-                            const QHostAddress &address = QHostAddress::LocalHost);
+                            const QHostAddress &address = QHostAddress::LocalHost,
+                            const std::optional<QSslConfiguration> &tls = {});
     ~ScriptedServer() override;
 
     QUrl url(const QString &path = {}) const;
@@ -79,7 +83,7 @@ private:
     std::optional<Request> takeRequest(Connection &connection);
     void answer(QTcpSocket *socket, const Request &request);
 
-    QTcpServer m_server;
+    const std::unique_ptr<QTcpServer> m_server;
     QHash<QTcpSocket *, Connection> m_connections;
     QList<std::pair<QTcpSocket *, Request>> m_waiting;
     Script m_script;
