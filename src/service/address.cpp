@@ -9,14 +9,18 @@ using namespace Qt::StringLiterals;
 
 namespace pixpress {
 
+bool isThisMachine(const QUrl &url)
+{
+    return url.host() == "localhost"_L1 || QHostAddress(url.host()).isLoopback();
+}
+
 bool isAllowedAddress(const QUrl &url)
 {
     if (!url.isValid() || url.host().isEmpty())
         return false;
     if (url.scheme() == "https"_L1)
         return true;
-    return url.scheme() == "http"_L1 &&
-           (url.host() == "localhost"_L1 || QHostAddress(url.host()).isLoopback());
+    return url.scheme() == "http"_L1 && isThisMachine(url);
 }
 
 TransportError refusedAddress()

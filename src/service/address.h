@@ -9,6 +9,9 @@
 
 namespace pixpress {
 
+/// Whether the host is this machine, by its name or a loopback address.
+bool isThisMachine(const QUrl &url);
+
 /// Whether a request may go to this address: https, or plain http to this machine.
 bool isAllowedAddress(const QUrl &url);
 

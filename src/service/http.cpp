@@ -5,6 +5,7 @@
 
 #include "service/address.h"
 #include "service/curlworker.h"
+#include "service/desktopproxy.h"
 
 using namespace Qt::StringLiterals;
 
@@ -45,7 +46,15 @@ void HttpClient::start(Reply &reply, HttpRequest request)
         });
     const quint64 id = ++m_lastId;
     m_waiting.insert(id, &reply);
-    m_worker->start(id, std::move(request));
+    if (isThisMachine(request.url)) {
+        m_worker->start(id, std::move(request));
+        return;
+    }
+    const QUrl url = request.url;
+    findDesktopProxy(url, this, [this, id, request](const QByteArray &proxy) mutable {
+        request.proxy = proxy;
+        m_worker->start(id, std::move(request));
+    });
 }
 
 void HttpClient::finish(quint64 id, HttpResult result)

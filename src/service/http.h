@@ -42,6 +42,7 @@ struct HttpRequest
     QByteArray contentType = {};   ///< Value of the "Content-Type" header; empty: none.
     std::optional<QByteArray> body = {};
     qint64 largestAnswer = 1 << 30; ///< Bytes. The limit of the client holds too.
+    QByteArray proxy = {}; ///< Filled by the client; empty: none, or what the environment names.
 };
 
 struct HttpResponse
@@ -62,6 +63,10 @@ using HttpResult = std::expected<HttpResponse, TransportError>;
 /// leads there. A GET follows redirects, a POST those that turn it into a GET; what would send a
 /// POST a second time (307, 308, a kept-alive connection that dies) is not done. Credentials stay
 /// with the scheme, host and port that they were given for.
+///
+/// Other machines are reached through the proxy server that the desktop's settings name, or else
+/// the environment (https_proxy, all_proxy, no_proxy), by a tunnel: the proxy sees neither requests
+/// nor answers, and its credentials go to it alone.
 ///
 /// Belongs to the thread that made it, which needs an event loop; the transfers themselves run on
 /// one thread of the client's own. Destroying the client ends what is under way with

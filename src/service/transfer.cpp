@@ -40,6 +40,23 @@ bool isSameOrigin(const QUrl &a, const QUrl &b)
     return a.scheme() == b.scheme() && a.host() == b.host() && port(a) == port(b);
 }
 
+/// The proxy that the environment names for https, in libcurl's order. libcurl itself honours
+/// "no_proxy".
+QByteArray environmentProxy()
+{
+    for (const char *name : {"https_proxy", "HTTPS_PROXY", "all_proxy", "ALL_PROXY"})
+        if (const QByteArray value = qgetenv(name); !value.isEmpty())
+            return value;
+    return {};
+}
+
+/// Host and port, without credentials.
+QString nameOfProxy(const QByteArray &proxy)
+{
+    const QUrl url(QString::fromUtf8(proxy.contains("://") ? proxy : "http://" + proxy));
+    return url.port() < 0 ? url.host() : u"%1:%2"_s.arg(url.host()).arg(url.port());
+}
+
 curl_slist *append(curl_slist *list, const QByteArray &line)
 {
     return curl_slist_append(list, line.constData());
@@ -106,8 +123,10 @@ void Transfer::prepare()
     const bool secure = m_request.url.scheme() == "https"_L1;
     set(CURLOPT_URL, url.constData());
     set(CURLOPT_PROTOCOLS_STR, secure ? "https" : "http");
-    // This machine is not reached through a proxy; without a text the environment names it.
-    set(CURLOPT_PROXY, secure ? nullptr : "");
+    m_proxy.clear();
+    if (!isThisMachine(m_request.url))
+        m_proxy = m_request.proxy.isEmpty() ? environmentProxy() : m_request.proxy;
+    set(CURLOPT_PROXY, m_proxy.constData()); // empty: none
 
     set(CURLOPT_FRESH_CONNECT, m_reconnects ? 1L : 0L);
 
@@ -150,7 +169,7 @@ std::optional<HttpResult> Transfer::finish(CURLcode code)
     if (code == CURLE_OUT_OF_MEMORY && m_headSize > 0 && !m_headIsComplete)
         return std::unexpected(otherError(answerTooLarge));
     if (code != CURLE_OK && !m_isCut)
-        return std::unexpected(describe(code));
+        return std::unexpected(m_proxy.isEmpty() ? describe(code) : describeWithProxy(code));
     if (!m_headIsComplete) // which libcurl takes for an answer without a body
         return std::unexpected(describe(CURLE_PARTIAL_FILE));
 
@@ -166,6 +185,22 @@ std::optional<HttpResult> Transfer::finish(CURLcode code)
         return std::move(m_response);
     const QUrl target(QString::fromUtf8(*location), QUrl::StrictMode);
     return follow(target.isValid() ? m_request.url.resolved(target) : target);
+}
+
+/// As describe(), with the proxy's name where it is what may have failed.
+TransportError Transfer::describeWithProxy(CURLcode code) const
+{
+    const QString proxy = nameOfProxy(m_proxy);
+    long status = 0; // of the proxy's answer
+    curl_easy_getinfo(handle(), CURLINFO_HTTP_CONNECTCODE, &status);
+    if (status >= 300)
+        return otherError(
+            u"The proxy server %1 refused the connection (status %2)."_s.arg(proxy).arg(status));
+    if (code == CURLE_COULDNT_RESOLVE_PROXY)
+        return otherError(u"The proxy server %1 could not be found."_s.arg(proxy));
+    if (code == CURLE_COULDNT_CONNECT || code == CURLE_PROXY)
+        return otherError(u"Could not connect through the proxy server %1."_s.arg(proxy));
+    return describe(code);
 }
 
 std::optional<HttpResult> Transfer::follow(const QUrl &target)

@@ -59,6 +59,7 @@ public:
 private:
     void prepare();
     std::optional<HttpResult> follow(const QUrl &target);
+    TransportError describeWithProxy(CURLcode code) const;
     void readHeaders();
     void keep(QByteArrayView piece);
     bool useConnection(const QByteArray &name);
@@ -77,6 +78,7 @@ private:
 
     std::unique_ptr<curl_slist, Cleanup<curl_slist_free_all>> m_headers;
     EasyHandle m_easy;       // before what it uses goes
+    QByteArray m_proxy;      ///< With its credentials; empty: none.
     QByteArray m_connection; ///< Its name, once there is one.
     bool m_headIsComplete = false;
     size_t m_headSize = 0;     ///< Of the interim answers too.
