@@ -325,8 +325,10 @@ void HttpTest::answerOverTheLimit_isRefused()
     Server server;
     server.setRaw([&](QTcpSocket &socket, const QByteArray &) {
         socket.write("HTTP/1.1 200 OK\r\n" + head);
-        connect(&socket, &QTcpSocket::bytesWritten, &socket,
-                [&socket] { socket.write(QByteArray(10'000, 'x')); });
+        // Queued, for a socket of TLS signals this while it is being written to.
+        connect(
+            &socket, &QTcpSocket::bytesWritten, &socket,
+            [&socket] { socket.write(QByteArray(10'000, 'x')); }, Qt::QueuedConnection);
     });
     Client client({.largestAnswer = 100'000});
     QCOMPARE(outcome(send(client, get(server.url()))), u"The server's answer is too large."_s);
@@ -554,6 +556,8 @@ void HttpTest::redirectToAnInsecureAddress_isRefused_data()
 void HttpTest::redirectToAnInsecureAddress_isRefused()
 {
     QFETCH(const QByteArray, location);
+    if (g_tls && location.startsWith("//"))
+        QSKIP("This is https too, and allowed.");
     Server server([&](const Request &) {
         return Answer{.status = 302, .headers = {{"Location", location}}};
     });
