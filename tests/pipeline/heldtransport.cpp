@@ -3,7 +3,7 @@
 
 #include "pipeline/heldtransport.h"
 
-#include "service/httpworker.h"
+#include "service/curlworker.h"
 
 #include <QList>
 
@@ -18,7 +18,7 @@ namespace {
 
 struct Held
 {
-    const void *worker = nullptr;
+    const void *client = nullptr;
     bool upload = false;
     std::function<void(HttpResult)> end;
 };
@@ -70,54 +70,17 @@ namespace pixpress {
 
 using namespace test;
 
-namespace {
-
-class HeldWorker final : public HttpWorker
-{
-public:
-    explicit HeldWorker(std::function<void()> onFinished) : m_onFinished(std::move(onFinished)) {}
-    ~HeldWorker() override
-    {
-        held::unanswered.removeIf([this](const auto &entry) { return entry.worker == this; });
-    }
-
-    void start(quint64 id, HttpRequest request) override
-    {
-        held::all.append(held::toText(request));
-        held::unanswered.append({.worker = this,
-                                 .upload = request.url.path() == u"/shrink",
-                                 .end = [this, id](HttpResult result) {
-                                     m_finished.emplace_back(id, std::move(result));
-                                     m_onFinished();
-                                 }});
-    }
-
-    std::vector<std::pair<quint64, HttpResult>> takeFinished() override
-    {
-        return std::exchange(m_finished, {});
-    }
-
-private:
-    const std::function<void()> m_onFinished;
-    std::vector<std::pair<quint64, HttpResult>> m_finished;
-};
-
-} // namespace
-
 std::optional<QByteArray> HttpResponse::header(const QByteArray &lowerCaseName) const
 {
     const auto found = headers.constFind(lowerCaseName);
     return found == headers.cend() ? std::nullopt : std::optional(*found);
 }
 
-HttpClient::HttpClient(HttpLimits /*limits*/)
-    : m_worker(std::make_unique<HeldWorker>([this] { deliver(); }))
-{
-}
+HttpClient::HttpClient(HttpLimits /*limits*/) {}
 
 HttpClient::~HttpClient()
 {
-    m_worker.reset();
+    held::unanswered.removeIf([this](const auto &entry) { return entry.client == this; });
     for (Reply *reply : std::exchange(m_waiting, {})) {
         reply->m_result =
             std::unexpected(TransportError{TransportError::Case::cancelled, u"Cancelled."_s});
@@ -130,13 +93,22 @@ HttpClient::Reply HttpClient::send(HttpRequest request)
     return {*this, std::move(request)};
 }
 
-void HttpClient::deliver()
+void HttpClient::start(Reply &reply, HttpRequest request)
 {
-    for (auto &[id, result] : m_worker->takeFinished()) {
-        Reply *const reply = m_waiting.take(id);
-        reply->m_result = std::move(result);
-        reply->m_coroutine.resume();
-    }
+    const quint64 id = ++m_lastId;
+    m_waiting.insert(id, &reply);
+    held::all.append(held::toText(request));
+    held::unanswered.append(
+        {.client = this,
+         .upload = request.url.path() == u"/shrink",
+         .end = [this, id](HttpResult result) { finish(id, std::move(result)); }});
+}
+
+void HttpClient::finish(quint64 id, HttpResult result)
+{
+    Reply *const reply = m_waiting.take(id);
+    reply->m_result = std::move(result);
+    reply->m_coroutine.resume();
 }
 
 HttpClient::Reply::Reply(HttpClient &client, HttpRequest request)
@@ -152,9 +124,7 @@ bool HttpClient::Reply::await_ready()
 void HttpClient::Reply::await_suspend(std::coroutine_handle<> waiting)
 {
     m_coroutine = waiting;
-    const quint64 id = ++m_client.m_lastId;
-    m_client.m_waiting.insert(id, this);
-    m_client.m_worker->start(id, std::move(m_request));
+    m_client.start(*this, std::move(m_request));
 }
 
 } // namespace pixpress
