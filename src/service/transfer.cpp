@@ -26,6 +26,9 @@ constexpr size_t largestHead = 256 << 10;
 // Of the body of a failure, which explains it in a few words.
 constexpr qint64 largestExplanation = 1 << 20;
 
+// Of libcurl 8.6 and later, for a head beyond its own bounds.
+constexpr int codeTooLarge = 100;
+
 const QString answerTooLarge = u"The server's answer is too large."_s;
 
 constexpr long receiveBuffer = 512 << 10;
@@ -165,8 +168,9 @@ std::optional<HttpResult> Transfer::finish(CURLcode code)
         prepare(); // nothing has been sent yet
         return std::nullopt;
     }
-    // libcurl's own bound for a single line.
-    if (code == CURLE_OUT_OF_MEMORY && m_headSize > 0 && !m_headIsComplete)
+    // Before that it says this of a line.
+    const bool lineIsTooLarge = code == CURLE_OUT_OF_MEMORY && m_headSize > 0 && !m_headIsComplete;
+    if (lineIsTooLarge || static_cast<int>(code) == codeTooLarge)
         return std::unexpected(otherError(answerTooLarge));
     if (code != CURLE_OK && !m_isCut)
         return std::unexpected(m_proxy.isEmpty() ? describe(code) : describeWithProxy(code));

@@ -24,6 +24,7 @@ TransportError describe(CURLcode code)
         return {TransportError::Case::timedOut, u"The request timed out."_s};
     case CURLE_UNSUPPORTED_PROTOCOL: // also: an answer without the status line of HTTP
     case CURLE_WEIRD_SERVER_REPLY:
+    case CURLE_BAD_CONTENT_ENCODING: // none was asked for
         return {TransportError::Case::notHTTP, u"The server did not answer with HTTP."_s};
     case CURLE_COULDNT_RESOLVE_HOST:
         return otherError(u"The server could not be found. Is the computer online?"_s);

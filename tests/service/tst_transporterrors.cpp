@@ -32,6 +32,7 @@ void TransportErrorsTest::code_hasItsSentence_data()
     row(CURLE_OPERATION_TIMEDOUT, timedOut, u"The request timed out."_s);
     row(CURLE_UNSUPPORTED_PROTOCOL, notHTTP, notHttp);
     row(CURLE_WEIRD_SERVER_REPLY, notHTTP, notHttp);
+    row(CURLE_BAD_CONTENT_ENCODING, notHTTP, notHttp);
     row(CURLE_COULDNT_RESOLVE_HOST, other,
         u"The server could not be found. Is the computer online?"_s);
     row(CURLE_COULDNT_RESOLVE_PROXY, other, u"The proxy server could not be found."_s);
@@ -46,8 +47,7 @@ void TransportErrorsTest::code_hasItsSentence_data()
          {CURLE_GOT_NOTHING, CURLE_SEND_ERROR, CURLE_RECV_ERROR, CURLE_PARTIAL_FILE,
           CURLE_SEND_FAIL_REWIND, CURLE_ABORTED_BY_CALLBACK})
         row(code, other, lost);
-    row(CURLE_BAD_CONTENT_ENCODING, other,
-        u"The request failed: Unrecognized or bad HTTP Content or Transfer-Encoding."_s);
+    row(CURLE_SSL_CIPHER, other, u"The request failed: Couldn't use specified SSL cipher."_s);
 }
 
 void TransportErrorsTest::code_hasItsSentence()
