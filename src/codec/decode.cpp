@@ -29,15 +29,24 @@ bool hasProfile(const VImage &image)
     return vips_image_get_typeof(image.get_image(), VIPS_META_ICC_NAME) != 0;
 }
 
+/// Any alpha band is converted beside the colours: icc_transform() would leave it at 16 bits.
 VImage throughProfile(const VImage &image)
 {
     const bool isCmyk = image.interpretation() == VIPS_INTERPRETATION_CMYK;
-    return image.icc_transform("srgb", VImage::option()
-                                           ->set("embedded", true)
-                                           ->set("input_profile", isCmyk ? "cmyk" : "srgb")
-                                           ->set("intent", VIPS_INTENT_RELATIVE)
-                                           ->set("black_point_compensation", true)
-                                           ->set("depth", 8));
+    const int colourBands = image.bands() - (image.has_alpha() ? 1 : 0);
+    const VImage colours =
+        image.extract_band(0, VImage::option()->set("n", colourBands))
+            .icc_transform("srgb", VImage::option()
+                                       ->set("embedded", true)
+                                       ->set("input_profile", isCmyk ? "cmyk" : "srgb")
+                                       ->set("intent", VIPS_INTENT_RELATIVE)
+                                       ->set("black_point_compensation", true)
+                                       ->set("depth", 8));
+    if (!image.has_alpha())
+        return colours;
+    const VImage alpha = image[colourBands];
+    return colours.bandjoin(
+        alpha.format() == VIPS_FORMAT_USHORT ? (alpha >> 8).cast(VIPS_FORMAT_UCHAR) : alpha);
 }
 
 /// Whether the embedded profile is sRGB by another name, found out by converting a few colours: the
