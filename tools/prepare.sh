@@ -19,7 +19,8 @@ help_is_comment() {
 build_packages=(
     g++ cmake ninja-build pkg-config ccache
     qt6-base-dev qcoro-qt6-dev libcurl4-openssl-dev libvips-dev libseccomp-dev
-    libexif-dev libheif-dev libpng-dev libjpeg-dev libwebp-dev libimagequant-dev zlib1g-dev
+    libexif-dev libheif-dev libjpeg-dev libwebp-dev libimagequant-dev
+    libdeflate-dev liblcms2-dev zlib1g-dev
     qt6-declarative-dev qt6-svg-dev libgl-dev
     qt6-tools-dev qt6-l10n-tools qt6-translations-l10n
     qml6-module-qtquick qml6-module-qtquick-window qml6-module-qtquick-layouts
@@ -50,7 +51,8 @@ This is not Debian or Ubuntu, so nothing is installed. To build, install
   QCoro 0.8 for Qt 6;
   libcurl 7.87, libseccomp 2.5;
   libvips 8.14 with its C++ binding, able to read and write PNG, JPEG, WebP and AVIF;
-  libexif, libheif, libjpeg, libpng 1.6.32, libwebp with libwebpmux, libimagequant 2.17, zlib;
+  libexif, libheif, libjpeg, libwebp with libwebpmux, libimagequant 2.17, libdeflate, Little CMS 2,
+  zlib;
   and for the window the fonts Inter, JetBrains Mono and Noto Color Emoji.
 For ./test also
   Clang 19 with libFuzzer, clang-format 19, clang-tidy 19, the sanitizers' libraries of the
@@ -80,8 +82,8 @@ missing_elsewhere() {
         command -v "$need" >/dev/null || printf '%s\n' "$need"
     done
     command -v pkg-config >/dev/null || return 0
-    for need in 'vips-cpp >= 8.14' 'libseccomp >= 2.5' libexif libheif libjpeg 'libpng >= 1.6.32' \
-        libwebp libwebpmux 'imagequant >= 2.17' zlib; do
+    for need in 'vips-cpp >= 8.14' 'libseccomp >= 2.5' libexif libheif libjpeg \
+        libwebp libwebpmux libdeflate lcms2 'imagequant >= 2.17' zlib; do
         pkg-config --exists "$need" || printf '%s\n' "$need"
     done
 }

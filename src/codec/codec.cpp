@@ -135,6 +135,7 @@ std::expected<Encoded, CodecError> work(const QByteArray &original, const Reques
                      u"An animated WebP image cannot be converted without losing its frames."_s);
 
     const bool keepsFormat = formats == QList{info.format};
+    QByteArray repacked;
     if (info.format == ImageFormat::jpeg) {
         const bool keepsPixels = keepsFormat && isPlain(opened.image) &&
                                  (!options.resize || planResize(info.frame, *options.resize) ==
@@ -143,12 +144,13 @@ std::expected<Encoded, CodecError> work(const QByteArray &original, const Reques
             keepsPixels
                 ? recompressJpeg(original, preservedExif(opened.image, options.preserve, false),
                                  stopped)
-                : RecompressedJpeg{isJpegDamaged(original, stopped), {}};
+                : RecompressedJpeg{isJpegDamaged(original, stopped), false, {}};
         if (direct.isDamaged)
             return damaged();
-        if (!direct.bytes.isEmpty())
+        if (direct.isCompact && !direct.bytes.isEmpty())
             return Encoded{smaller(direct.bytes, original, opened, options.preserve), info.format,
                            info.frame};
+        repacked = direct.bytes;
     }
 
     VImage decoded;
@@ -170,6 +172,8 @@ std::expected<Encoded, CodecError> work(const QByteArray &original, const Reques
                               ? resized(decoded, info, plan, options.resize->method)
                               : decoded;
     auto encoded = encodeSmallest(pixels, plan.result, options, formats, stopped);
+    if (encoded && !repacked.isEmpty() && repacked.size() < encoded->bytes.size())
+        encoded->bytes = repacked;
     if (encoded && keepsLook)
         encoded->bytes = smaller(encoded->bytes, original, opened, options.preserve);
     return encoded;

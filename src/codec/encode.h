@@ -27,16 +27,17 @@ bool isJpegDamaged(const QByteArray &original, const std::atomic_bool &stopped);
 struct RecompressedJpeg
 {
     bool isDamaged = false;
-    QByteArray bytes; ///< Empty when this way is not open for the picture.
+    bool isCompact = false; ///< Another lossy pass would cost quality for next to nothing.
+    QByteArray bytes;       ///< Empty when this way is not open for the picture.
 };
 
-/// A smaller JPEG straight from a JPEG, whose pixels need no treatment: what is compressed more
-/// than encodePicture() would is packed better without loss, for another lossy pass would cost
-/// quality for next to nothing. `exif` is written when it is not empty.
+/// The same pixels, packed better without loss. `exif` is written when it is not empty.
 RecompressedJpeg recompressJpeg(const QByteArray &original, const QByteArray &exif,
                                 const std::atomic_bool &stopped);
 
-/// The quality on libjpeg's scale that is written.
-inline constexpr int jpegQuality = 82;
+/// The highest qualities that are chosen, on the encoders' scales: a file at this quality or below
+/// is as compact as one that was made here, and stays as it is.
+inline constexpr int maxWebpQuality = 90;
+inline constexpr int maxAvifQuality = 80;
 
 } // namespace pixpress

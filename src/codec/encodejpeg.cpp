@@ -5,13 +5,18 @@
 
 #include "codec/jpegerrors.h"
 #include "codec/jpegoutput.h"
+#include "codec/jpegtables.h"
 
+#include <algorithm>
 #include <iterator>
 #include <numeric>
 
 namespace pixpress {
 
 namespace {
+
+/// On libjpeg's scale, about what results have.
+constexpr int usualQuality = 82;
 
 /// The quality on libjpeg's scale that the luminance table stands for, by its mean step.
 int estimatedQuality(const JQUANT_TBL &table)
@@ -20,6 +25,15 @@ int estimatedQuality(const JQUANT_TBL &table)
     const int sum = std::accumulate(std::begin(table.quantval), std::end(table.quantval), 0);
     const int scale = 100 * sum / standardSum;
     return scale <= 100 ? (200 - scale) / 2 : 5000 / scale;
+}
+
+bool isOwn(const JQUANT_TBL &table)
+{
+    for (int quality = 1; quality <= 100; ++quality) {
+        if (std::ranges::equal(table.quantval, quantTable(quality)))
+            return true;
+    }
+    return false;
 }
 
 class Recompression
@@ -44,9 +58,10 @@ public:
     // One of them, once. Each ends early after an error, and then leaves no bytes.
     void check();  ///< Reads all, to learn of damage.
     void repack(); ///< Packs the same pixels better, without loss.
-    void reduce(); ///< Encodes at jpegQuality, unless it is compressed as much already.
 
     bool isDamaged() const { return m_errors.isDamaged; }
+    /// Whether it was made here, or is of no higher quality than what is made here.
+    bool isCompact() const { return m_isCompact; }
     QByteArray bytes() const { return m_isComplete ? m_output.bytes() : QByteArray(); }
 
 private:
@@ -66,7 +81,7 @@ private:
     jpeg_compress_struct m_target{};
     JpegOutput m_output;
     bool m_isComplete = false;
-    bool m_isCompressed = false; ///< At jpegQuality or below already.
+    bool m_isCompact = false;
 };
 
 void Recompression::open()
@@ -81,7 +96,7 @@ void Recompression::open()
     const int number = m_source.comp_info[0].quant_tbl_no; // as the file has it, unchecked
     const JQUANT_TBL *table =
         number >= 0 && number < NUM_QUANT_TBLS ? m_source.quant_tbl_ptrs[number] : nullptr;
-    m_isCompressed = table && estimatedQuality(*table) <= jpegQuality;
+    m_isCompact = table && (estimatedQuality(*table) <= usualQuality || isOwn(*table));
 }
 
 void Recompression::prepareTarget()
@@ -124,36 +139,6 @@ void Recompression::repack()
     m_isComplete = true;
 }
 
-void Recompression::reduce()
-{
-    if (setjmp(m_errors.escape) != 0)
-        return;
-    open();
-    if (m_isCompressed || !hasPlainColours())
-        return;
-    m_source.out_color_space = m_source.jpeg_color_space; // Brightness and colour stay apart.
-    jpeg_start_decompress(&m_source);
-    m_target.image_width = m_source.output_width;
-    m_target.image_height = m_source.output_height;
-    m_target.input_components = m_source.output_components;
-    m_target.in_color_space = m_source.out_color_space;
-    jpeg_set_defaults(&m_target);
-    jpeg_set_quality(&m_target, jpegQuality, TRUE);
-    prepareTarget();
-    jpeg_start_compress(&m_target, TRUE);
-    startFile();
-    JSAMPARRAY row = m_source.mem->alloc_sarray(
-        reinterpret_cast<j_common_ptr>(&m_source), JPOOL_IMAGE,
-        m_source.output_width * static_cast<JDIMENSION>(m_source.output_components), 1);
-    while (m_source.output_scanline < m_source.output_height) {
-        jpeg_read_scanlines(&m_source, row, 1);
-        jpeg_write_scanlines(&m_target, row, 1);
-    }
-    jpeg_finish_compress(&m_target);
-    jpeg_finish_decompress(&m_source);
-    m_isComplete = true;
-}
-
 } // namespace
 
 bool isJpegDamaged(const QByteArray &original, const std::atomic_bool &stopped)
@@ -167,17 +152,9 @@ bool isJpegDamaged(const QByteArray &original, const std::atomic_bool &stopped)
 RecompressedJpeg recompressJpeg(const QByteArray &original, const QByteArray &exif,
                                 const std::atomic_bool &stopped)
 {
-    Recompression reducing(original, exif, stopped);
-    reducing.reduce();
-    if (reducing.isDamaged())
-        return {true, {}};
-    const QByteArray reduced = reducing.bytes();
-    if (!reduced.isEmpty() && reduced.size() < original.size())
-        return {false, reduced};
-
     Recompression repacking(original, exif, stopped);
     repacking.repack();
-    return {repacking.isDamaged(), repacking.bytes()};
+    return {repacking.isDamaged(), repacking.isCompact(), repacking.bytes()};
 }
 
 } // namespace pixpress

@@ -4,6 +4,7 @@
 #include "codec/encode.h"
 
 #include "codec/metadata.h"
+#include "codec/quality.h"
 #include "codec/strip.h"
 #include "codec/vipslibrary.h"
 
@@ -17,8 +18,13 @@ namespace {
 
 using vips::VImage;
 
-constexpr int quality = 80;
-constexpr int effort = 4;
+constexpr int animationQuality = 80;
+constexpr QualityRange qualities{60, 84, maxWebpQuality, 0.75};
+
+// Of the encoder's method; its time grows with the pixels, and somebody waits.
+constexpr int trialEffort = 3;
+constexpr int effort = 6;
+constexpr int effortForMany = 2;
 
 struct PictureDeleter
 {
@@ -28,6 +34,7 @@ struct PictureDeleter
         delete picture;
     }
 };
+using Picture = std::unique_ptr<WebPPicture, PictureDeleter>;
 
 struct Writer : WebPMemoryWriter
 {
@@ -43,55 +50,133 @@ int goesOn(int, const WebPPicture *picture)
     return *static_cast<const std::atomic_bool *>(picture->user_data) ? 0 : 1;
 }
 
-/// How hard the encoder tries on a picture that takes long; its time grows with the pixels, and
-/// somebody waits.
-int effortFor(const VImage &image)
+bool hasManyPixels(const VImage &image)
 {
-    constexpr qint64 manyPixels = 30'000'000;
-    return static_cast<qint64>(image.width()) * image.height() > manyPixels ? 2 : effort;
+    return static_cast<qint64>(image.width()) * image.height() > 30'000'000;
 }
 
-/// libwebp is called directly since libvips gives no way to limit the first partition, in which the
-/// format has room for only 512 kB: very large, very detailed pictures fail without.
-QByteArray encodeStill(const VImage &image, const std::atomic_bool &stopped)
+[[noreturn]] void fail()
 {
-    const VImage pixels = image.bands() < 3 ? image.colourspace(VIPS_INTERPRETATION_sRGB) : image;
-    const VImage inMemory = pixels.copy_memory();
-    const auto *samples = static_cast<const uint8_t *>(vips_image_get_data(inMemory.get_image()));
-    const int stride = inMemory.width() * inMemory.bands();
+    throw vips::VError("the WebP was not written");
+}
 
+/// The pixels as libwebp has them. Called directly since libvips gives no way to limit the first
+/// partition.
+Picture imported(const VImage &pixels, bool asColours, const std::atomic_bool &stopped)
+{
+    Picture picture(new WebPPicture);
+    if (!WebPPictureInit(picture.get()))
+        fail();
+    picture->width = pixels.width();
+    picture->height = pixels.height();
+    picture->use_argb = asColours;
+    picture->progress_hook = goesOn;
+    picture->user_data = const_cast<std::atomic_bool *>(&stopped);
+    const auto *samples = static_cast<const uint8_t *>(vips_image_get_data(pixels.get_image()));
+    const int stride = pixels.width() * pixels.bands();
+    if (!(pixels.bands() == 4 ? WebPPictureImportRGBA(picture.get(), samples, stride)
+                              : WebPPictureImportRGB(picture.get(), samples, stride)))
+        fail();
+    return picture;
+}
+
+QByteArray encode(WebPPicture &picture, const WebPConfig &config)
+{
+    Writer writer;
+    picture.writer = WebPMemoryWrite;
+    picture.custom_ptr = static_cast<WebPMemoryWriter *>(&writer);
+    if (!WebPEncode(&config, &picture))
+        return {};
+    return {reinterpret_cast<const char *>(writer.mem), static_cast<qsizetype>(writer.size)};
+}
+
+WebPConfig makeConfig()
+{
+    WebPConfig config;
+    if (!WebPConfigInit(&config))
+        fail();
+    config.thread_level = 1;
+    return config;
+}
+
+/// None when the work is stopped.
+QByteArray encodeLossy(WebPPicture &picture, int quality, int method)
+{
+    WebPConfig config = makeConfig();
+    config.quality = static_cast<float>(quality);
+    config.method = method;
+    // The format has room for only 512 kB in the first partition: very large, very detailed
+    // pictures do not fit without a limit.
     for (const int partitionLimit : {0, 70, 100}) {
-        WebPConfig config;
-        const std::unique_ptr<WebPPicture, PictureDeleter> picture(new WebPPicture);
-        if (!WebPConfigInit(&config) || !WebPPictureInit(picture.get()))
-            break;
-        Writer writer;
-        config.quality = quality;
-        config.method = effortFor(image);
-        config.thread_level = 1;
         config.partition_limit = partitionLimit;
-        picture->width = inMemory.width();
-        picture->height = inMemory.height();
-        picture->writer = WebPMemoryWrite;
-        picture->custom_ptr = static_cast<WebPMemoryWriter *>(&writer);
-        picture->progress_hook = goesOn;
-        picture->user_data = const_cast<std::atomic_bool *>(&stopped);
-        const int imported = inMemory.bands() == 4
-                                 ? WebPPictureImportRGBA(picture.get(), samples, stride)
-                                 : WebPPictureImportRGB(picture.get(), samples, stride);
-        if (imported && WebPEncode(&config, picture.get()))
-            return {reinterpret_cast<const char *>(writer.mem),
-                    static_cast<qsizetype>(writer.size)};
-        if (picture->error_code != VP8_ENC_ERROR_PARTITION0_OVERFLOW)
+        const QByteArray bytes = encode(picture, config);
+        if (!bytes.isEmpty() || picture.error_code == VP8_ENC_ERROR_USER_ABORT)
+            return bytes;
+        if (picture.error_code != VP8_ENC_ERROR_PARTITION0_OVERFLOW)
             break;
     }
-    throw vips::VError("the WebP was not written");
+    fail();
+}
+
+/// Exact, or with `nearness` below 100 off by a little where that helps.
+QByteArray encodeLossless(WebPPicture &picture, int nearness)
+{
+    constexpr int losslessEffort = 6; // Of 9.
+    WebPConfig config = makeConfig();
+    if (!WebPConfigLosslessPreset(&config, losslessEffort))
+        fail();
+    config.near_lossless = nearness;
+    const QByteArray bytes = encode(picture, config);
+    if (bytes.isEmpty() && picture.error_code != VP8_ENC_ERROR_USER_ABORT)
+        fail();
+    return bytes;
+}
+
+/// The smallest of the ways to write a graphic that look right. What is exact wins a tie.
+QByteArray encodeGraphic(const VImage &pixels, const QByteArray &lossy, bool isLossyGood,
+                         const std::atomic_bool &stopped)
+{
+    constexpr int nearness = 60;
+    const Picture colours = imported(pixels, true, stopped);
+    QByteArray best = encodeLossless(*colours, 100);
+    // A second pass costs as much again: not for what exactness has won clearly.
+    if (isLossyGood && best.size() < lossy.size() * 3 / 4)
+        return best;
+    const QByteArray near = encodeLossless(*imported(pixels, true, stopped), nearness);
+    if (near.size() < best.size() * 95 / 100 &&
+        (near.isEmpty() || similarityOf(near, ImageFormat::webp, pixels) >= lowestSimilarity))
+        best = near;
+    return isLossyGood && lossy.size() < best.size() ? lossy : best;
+}
+
+QByteArray encodeStill(const VImage &image, const std::atomic_bool &stopped)
+{
+    const VImage pixels =
+        (image.bands() < 3 ? image.colourspace(VIPS_INTERPRETATION_sRGB) : image).copy_memory();
+    const bool isLarge = hasManyPixels(pixels);
+    Picture picture = imported(pixels, !isLarge, stopped);
+    // Sharp: with the colours at half the size, thin coloured lines would fade.
+    if (!isLarge && !WebPPictureSharpARGBToYUVA(picture.get()))
+        fail();
+    const auto [quality, similarity] =
+        chooseQuality(pixels, ImageFormat::webp, qualities, [&](int q) {
+            return encodeLossy(*picture, q, isLarge ? effortForMany : trialEffort);
+        });
+    QByteArray lossy =
+        stopped ? QByteArray() : encodeLossy(*picture, quality, isLarge ? effortForMany : effort);
+    picture.reset();
+    if (stopped)
+        return {};
+    const bool isGood = similarity >= lowestSimilarity;
+    return !isGood || isGraphic(pixels) ? encodeGraphic(pixels, lossy, isGood, stopped) : lossy;
 }
 
 QByteArray encodeAnimation(const VImage &image)
 {
-    return taken(image.webpsave_buffer(
-        VImage::option()->set("Q", quality)->set("effort", effortFor(image))));
+    return taken(
+        image.webpsave_buffer(VImage::option()
+                                  ->set("Q", animationQuality)
+                                  ->set("effort", hasManyPixels(image) ? effortForMany : 4)));
 }
 
 } // namespace

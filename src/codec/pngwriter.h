@@ -5,27 +5,37 @@
 
 #include <QByteArray>
 
-#include <libimagequant.h>
-#include <png.h>
-
+#include <array>
 #include <atomic>
+#include <vector>
 
 namespace pixpress {
 
-/// What libpng writes: rows of samples, and a palette when they are indices.
+enum class PngColours { grey = 0, rgb = 2, palette = 3, greyAlpha = 4, rgbAlpha = 6 };
+
+struct PngColour
+{
+    unsigned char red = 0;
+    unsigned char green = 0;
+    unsigned char blue = 0;
+    unsigned char alpha = 255;
+
+    auto operator<=>(const PngColour &) const = default;
+};
+
+/// Rows of samples, a byte each, without gaps.
 struct PngRaster
 {
     int width = 0; ///< Pixels.
     int height = 0;
-    int colourType = 0; ///< One of PNG_COLOR_TYPE_*.
-    int bitDepth = 8;   ///< Of the samples in the file.
-    size_t stride = 0;  ///< Bytes from row to row, one per sample.
+    PngColours colours = PngColours::rgb;
+    int bitDepth = 8; ///< Of the samples in the file.
     const unsigned char *samples = nullptr;
-    const liq_palette *palette = nullptr;
+    std::vector<PngColour> palette; ///< Opaque colours last.
 };
 
-/// The file, with the EXIF block when there is one. Throws vips::VError, also when `stopped` is
-/// raised meanwhile.
+/// The file, with the EXIF block when there is one. Ends early, with no bytes, when `stopped` is
+/// raised meanwhile, except while it deflates.
 QByteArray writePng(const PngRaster &raster, const QByteArray &exif,
                     const std::atomic_bool &stopped);
 

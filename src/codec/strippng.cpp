@@ -8,7 +8,7 @@
 #include <QByteArrayView>
 #include <QtEndian>
 
-#include <zlib.h>
+#include <libdeflate.h>
 
 #include <algorithm>
 #include <array>
@@ -34,9 +34,9 @@ QByteArray exifChunk(const QByteArray &exif)
     QByteArray chunk(4 + content.size() + 4, '\0');
     qToBigEndian(static_cast<quint32>(content.size() - 4), chunk.data());
     chunk.replace(4, content.size(), content);
-    const uLong sum = crc32(0, reinterpret_cast<const Bytef *>(content.constData()),
-                            static_cast<uInt>(content.size()));
-    qToBigEndian(static_cast<quint32>(sum), chunk.data() + chunk.size() - 4);
+    const quint32 sum =
+        libdeflate_crc32(0, content.constData(), static_cast<size_t>(content.size()));
+    qToBigEndian(sum, chunk.data() + chunk.size() - 4);
     return chunk;
 }
 
