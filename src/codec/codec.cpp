@@ -3,6 +3,7 @@
 
 #include "codec/codec.h"
 
+#include "codec/avifcolours.h"
 #include "codec/decode.h"
 #include "codec/encode.h"
 #include "codec/metadata.h"
@@ -49,6 +50,16 @@ std::expected<Opened, CodecError> open(const QByteArray &original, qint64 maxPix
         return fault(CodecFault::unsupported, u"Animated PNG images are not supported."_s);
     if (sniffed->isAnimated && sniffed->format == ImageFormat::avif)
         return fault(CodecFault::unsupported, u"AVIF image sequences are not supported."_s);
+    if (sniffed->format == ImageFormat::jpeg) {
+        const QString reason = unreadableJpegReason(original);
+        if (!reason.isEmpty())
+            return fault(CodecFault::unsupported, reason);
+    }
+    if (sniffed->format == ImageFormat::avif) {
+        const QString reason = unreadableAvifReason(original);
+        if (!reason.isEmpty())
+            return fault(CodecFault::unsupported, reason);
+    }
 
     const auto tooLarge = [&] {
         return fault(CodecFault::tooLarge, u"The image has more than %1 pixels."_s.arg(maxPixels));
@@ -107,20 +118,48 @@ std::expected<Encoded, CodecError> encodeSmallest(const VImage &pixels, PixelSiz
     return smallest;
 }
 
+/// The original as it is stored, without its metadata.
+std::optional<QByteArray> strippedOriginal(const QByteArray &original, const Opened &opened,
+                                           const Preserve &preserve)
+{
+    // An AVIF file tells elsewhere how its pixels are to be turned.
+    const bool needsOrientation = vips_image_get_orientation(opened.image.get_image()) > 1 &&
+                                  opened.info.format != ImageFormat::avif;
+    return stripped(original, opened.info.format,
+                    preservedExif(opened.image, preserve, needsOrientation));
+}
+
 /// What answers for a picture that is to keep its look: the compressed copy, or the original
-/// without its metadata when that is smaller. An original whose pixels were to be turned or
+/// without its metadata when that is no larger. An original whose pixels were to be turned or
 /// converted steps in only when the copy is larger than the file was.
 QByteArray smaller(const QByteArray &compressed, const QByteArray &original, const Opened &opened,
                    const Preserve &preserve)
 {
     if (!isPlain(opened.image) && compressed.size() <= original.size())
         return compressed;
-    // An AVIF file tells elsewhere how its pixels are to be turned.
-    const bool needsOrientation = vips_image_get_orientation(opened.image.get_image()) > 1 &&
-                                  opened.info.format != ImageFormat::avif;
-    const auto kept = stripped(original, opened.info.format,
-                               preservedExif(opened.image, preserve, needsOrientation));
-    return kept && kept->size() < compressed.size() ? *kept : compressed;
+    const auto kept = strippedOriginal(original, opened, preserve);
+    return kept && kept->size() <= compressed.size() ? *kept : compressed;
+}
+
+/// The original without its metadata if it is a WebP or AVIF as compact as those made here, which
+/// the file does not say: not even at the highest quality does it get clearly smaller. Another
+/// lossy pass would cost quality for next to nothing.
+std::optional<QByteArray> compactOriginal(const QByteArray &original, const Opened &opened,
+                                          const VImage &decoded, const Preserve &preserve,
+                                          const std::atomic_bool &stopped)
+{
+    constexpr double clearly = 0.85;
+    const ImageFormat format = opened.info.format;
+    if ((format != ImageFormat::webp && format != ImageFormat::avif) || !isPlain(opened.image) ||
+        opened.info.frameCount > 1)
+        return std::nullopt;
+    const auto kept = strippedOriginal(original, opened, preserve);
+    if (!kept)
+        return std::nullopt;
+    const QByteArray finest = encodeFinest(withoutMetadata(decoded, {}), format, stopped);
+    const bool isSmaller =
+        static_cast<double>(finest.size()) < clearly * static_cast<double>(kept->size());
+    return isSmaller ? std::nullopt : kept;
 }
 
 std::expected<Encoded, CodecError> work(const QByteArray &original, const RequestOptions &options,
@@ -168,6 +207,11 @@ std::expected<Encoded, CodecError> work(const QByteArray &original, const Reques
                      u"The resized image would have more than %1 pixels."_s.arg(maxPixels));
     const bool keepsSize = plan == ResizePlan{source, source};
     const bool keepsLook = keepsSize && keepsFormat && !(options.background && decoded.has_alpha());
+    if (keepsLook) {
+        auto kept = compactOriginal(original, opened, decoded, options.preserve, stopped);
+        if (kept)
+            return Encoded{*std::move(kept), info.format, info.frame};
+    }
     const VImage pixels = options.resize && !keepsSize
                               ? resized(decoded, info, plan, options.resize->method)
                               : decoded;

@@ -3,6 +3,7 @@
 
 #include "codec/decode.h"
 
+#include "codec/avifcolours.h"
 #include "codec/vipslibrary.h"
 
 #include <memory>
@@ -123,7 +124,16 @@ VImage openPicture(const QByteArray &bytes, const Sniffed &sniffed)
     case ImageFormat::webp:
         return VImage::webpload_buffer(blob.get(),
                                        sniffed.isAnimated ? options->set("n", -1) : options);
-    case ImageFormat::avif: return VImage::heifload_buffer(blob.get(), options);
+    case ImageFormat::avif: {
+        VImage image = VImage::heifload_buffer(blob.get(), options);
+        const QByteArray profile = profileOfNamedColours(bytes);
+        if (!profile.isEmpty()) {
+            image = image.copy();
+            vips_image_set_blob_copy(image.get_image(), VIPS_META_ICC_NAME, profile.constData(),
+                                     static_cast<size_t>(profile.size()));
+        }
+        return image;
+    }
     }
     Q_UNREACHABLE();
 }

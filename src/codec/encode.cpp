@@ -65,25 +65,30 @@ int avifEffort(qint64 pixels)
     return pixels <= 64 * megapixels ? 1 : 0;
 }
 
+constexpr QualityRange avifQualities{50, 66, 80, 0.65};
+constexpr int avifTrialEffort = 0;
+
+/// `image` is in memory. None once the work is stopped.
+QByteArray writeAvif(const VImage &image, int quality, int effort, const std::atomic_bool &stopped)
+{
+    if (stopped)
+        return {};
+    const auto subsampling =
+        isGraphic(image) ? VIPS_FOREIGN_SUBSAMPLE_OFF : VIPS_FOREIGN_SUBSAMPLE_ON;
+    return taken(image.heifsave_buffer(saveOptions(image)
+                                           ->set("compression", VIPS_FOREIGN_HEIF_COMPRESSION_AV1)
+                                           ->set("bitdepth", 8)
+                                           ->set("subsample_mode", subsampling)
+                                           ->set("Q", quality)
+                                           ->set("effort", effort)));
+}
+
 QByteArray encodeAvif(const VImage &image, const std::atomic_bool &stopped)
 {
-    constexpr QualityRange qualities{50, 66, maxAvifQuality, 0.65};
-    const int effort = avifEffort(pixelsOf(image));
-    const auto encode = [&](int quality, int speed) {
-        if (stopped)
-            return QByteArray();
-        return taken(image.heifsave_buffer(
-            saveOptions(image)
-                ->set("compression", VIPS_FOREIGN_HEIF_COMPRESSION_AV1)
-                ->set("bitdepth", 8)
-                ->set("subsample_mode",
-                      isGraphic(image) ? VIPS_FOREIGN_SUBSAMPLE_OFF : VIPS_FOREIGN_SUBSAMPLE_ON)
-                ->set("Q", quality)
-                ->set("effort", speed)));
-    };
-    const auto chosen =
-        chooseQuality(image, ImageFormat::avif, qualities, [&](int q) { return encode(q, 0); });
-    return encode(chosen.quality, effort);
+    const auto chosen = chooseQuality(image, ImageFormat::avif, avifQualities, [&](int quality) {
+        return writeAvif(image, quality, avifTrialEffort, stopped);
+    });
+    return writeAvif(image, chosen.quality, avifEffort(pixelsOf(image)), stopped);
 }
 
 } // namespace
@@ -97,6 +102,13 @@ QByteArray encodePicture(const VImage &image, ImageFormat format, const std::ato
     case ImageFormat::avif: return encodeAvif(image.copy_memory(), stopped);
     }
     Q_UNREACHABLE();
+}
+
+QByteArray encodeFinest(const VImage &image, ImageFormat format, const std::atomic_bool &stopped)
+{
+    return format == ImageFormat::webp
+               ? encodeFinestWebp(image, stopped)
+               : writeAvif(image.copy_memory(), avifQualities.highest, avifTrialEffort, stopped);
 }
 
 } // namespace pixpress

@@ -18,8 +18,13 @@ namespace pixpress {
 QByteArray encodePicture(const vips::VImage &image, ImageFormat format,
                          const std::atomic_bool &stopped);
 
+/// The picture quickly encoded as WebP or AVIF at the highest quality that encodePicture() chooses.
+QByteArray encodeFinest(const vips::VImage &image, ImageFormat format,
+                        const std::atomic_bool &stopped);
+
 QByteArray encodePng(const vips::VImage &image, const std::atomic_bool &stopped);
 QByteArray encodeWebp(const vips::VImage &image, const std::atomic_bool &stopped);
+QByteArray encodeFinestWebp(const vips::VImage &image, const std::atomic_bool &stopped);
 
 /// Whether the decoder would have to make up a part of the picture; libvips does not tell.
 bool isJpegDamaged(const QByteArray &original, const std::atomic_bool &stopped);
@@ -34,10 +39,5 @@ struct RecompressedJpeg
 /// The same pixels, packed better without loss. `exif` is written when it is not empty.
 RecompressedJpeg recompressJpeg(const QByteArray &original, const QByteArray &exif,
                                 const std::atomic_bool &stopped);
-
-/// The highest qualities that are chosen, on the encoders' scales: a file at this quality or below
-/// is as compact as one that was made here, and stays as it is.
-inline constexpr int maxWebpQuality = 90;
-inline constexpr int maxAvifQuality = 80;
 
 } // namespace pixpress

@@ -19,11 +19,12 @@ namespace {
 using vips::VImage;
 
 constexpr int animationQuality = 80;
-constexpr QualityRange qualities{60, 84, maxWebpQuality, 0.75};
+constexpr QualityRange qualities{60, 84, 90, 0.75};
 
 // Of the encoder's method; its time grows with the pixels, and somebody waits.
 constexpr int trialEffort = 3;
 constexpr int effort = 6;
+constexpr int effortForGraphics = 5; // With 6, fine patterns can take a hundred times as long.
 constexpr int effortForMany = 2;
 
 struct PictureDeleter
@@ -118,57 +119,79 @@ QByteArray encodeLossy(WebPPicture &picture, int quality, int method)
     fail();
 }
 
-/// Exact, or with `nearness` below 100 off by a little where that helps.
-QByteArray encodeLossless(WebPPicture &picture, int nearness)
+/// Exact, or with `nearness` below 100 off by a little where that helps. `level` is 0 to 9.
+QByteArray encodeLossless(const VImage &pixels, int level, int nearness,
+                          const std::atomic_bool &stopped)
 {
-    constexpr int losslessEffort = 6; // Of 9.
+    const Picture picture = imported(pixels, true, stopped);
     WebPConfig config = makeConfig();
-    if (!WebPConfigLosslessPreset(&config, losslessEffort))
+    if (!WebPConfigLosslessPreset(&config, level))
         fail();
     config.near_lossless = nearness;
-    const QByteArray bytes = encode(picture, config);
-    if (bytes.isEmpty() && picture.error_code != VP8_ENC_ERROR_USER_ABORT)
+    const QByteArray bytes = encode(*picture, config);
+    if (bytes.isEmpty() && picture->error_code != VP8_ENC_ERROR_USER_ABORT)
         fail();
     return bytes;
 }
 
-/// The smallest of the ways to write a graphic that look right. What is exact wins a tie.
-QByteArray encodeGraphic(const VImage &pixels, const QByteArray &lossy, bool isLossyGood,
+/// The smallest of the ways to write a graphic that look right; `lossy` is empty when it does not.
+QByteArray encodeGraphic(const VImage &pixels, const QByteArray &lossy,
                          const std::atomic_bool &stopped)
 {
-    constexpr int nearness = 60;
-    const Picture colours = imported(pixels, true, stopped);
-    QByteArray best = encodeLossless(*colours, 100);
-    // A second pass costs as much again: not for what exactness has won clearly.
-    if (isLossyGood && best.size() < lossy.size() * 3 / 4)
-        return best;
-    const QByteArray near = encodeLossless(*imported(pixels, true, stopped), nearness);
-    if (near.size() < best.size() * 95 / 100 &&
-        (near.isEmpty() || similarityOf(near, ImageFormat::webp, pixels) >= lowestSimilarity))
-        best = near;
-    return isLossyGood && lossy.size() < best.size() ? lossy : best;
+    constexpr int quickLevel = 0;
+    constexpr int level = 6;
+    constexpr int exact = 100;
+    constexpr int near = 60;
+    // The better levels gain up to half of the bytes, at fifty times the cost.
+    const QByteArray quick = encodeLossless(pixels, quickLevel, exact, stopped);
+    if (!lossy.isEmpty() && quick.size() > 2 * lossy.size())
+        return lossy;
+    QByteArray best = encodeLossless(pixels, level, exact, stopped);
+    if (lossy.isEmpty() || lossy.size() < best.size()) {
+        const QByteArray approximate = encodeLossless(pixels, level, near, stopped);
+        // What is a little smaller is not worth being off.
+        if (approximate.size() < best.size() * 9 / 10)
+            best = approximate;
+    }
+    return !lossy.isEmpty() && lossy.size() < best.size() ? lossy : best;
+}
+
+VImage inMemory(const VImage &image)
+{
+    return (image.bands() < 3 ? image.colourspace(VIPS_INTERPRETATION_sRGB) : image).copy_memory();
+}
+
+/// Sharp, unless there are many: with the colours at half the size, thin coloured lines would fade.
+Picture importedForLossy(const VImage &pixels, const std::atomic_bool &stopped)
+{
+    const bool isSharp = !hasManyPixels(pixels);
+    Picture picture = imported(pixels, isSharp, stopped);
+    if (isSharp && !WebPPictureSharpARGBToYUVA(picture.get()))
+        fail();
+    return picture;
 }
 
 QByteArray encodeStill(const VImage &image, const std::atomic_bool &stopped)
 {
-    const VImage pixels =
-        (image.bands() < 3 ? image.colourspace(VIPS_INTERPRETATION_sRGB) : image).copy_memory();
+    const VImage pixels = inMemory(image);
     const bool isLarge = hasManyPixels(pixels);
-    Picture picture = imported(pixels, !isLarge, stopped);
-    // Sharp: with the colours at half the size, thin coloured lines would fade.
-    if (!isLarge && !WebPPictureSharpARGBToYUVA(picture.get()))
-        fail();
+    Picture picture = importedForLossy(pixels, stopped);
     const auto [quality, similarity] =
         chooseQuality(pixels, ImageFormat::webp, qualities, [&](int q) {
             return encodeLossy(*picture, q, isLarge ? effortForMany : trialEffort);
         });
-    QByteArray lossy =
-        stopped ? QByteArray() : encodeLossy(*picture, quality, isLarge ? effortForMany : effort);
+    if (stopped)
+        return {};
+    const bool isDrawn = isGraphic(pixels);
+    const int finalEffort = isLarge ? effortForMany : isDrawn ? effortForGraphics : effort;
+    const QByteArray lossy = encodeLossy(*picture, quality, finalEffort);
     picture.reset();
     if (stopped)
         return {};
     const bool isGood = similarity >= lowestSimilarity;
-    return !isGood || isGraphic(pixels) ? encodeGraphic(pixels, lossy, isGood, stopped) : lossy;
+    if (isGood && !isDrawn)
+        return lossy;
+    return encodeGraphic(pixels, isGood ? lossy : QByteArray(), stopped);
 }
 
 QByteArray encodeAnimation(const VImage &image)
@@ -180,6 +203,12 @@ QByteArray encodeAnimation(const VImage &image)
 }
 
 } // namespace
+
+QByteArray encodeFinestWebp(const VImage &image, const std::atomic_bool &stopped)
+{
+    return encodeLossy(*importedForLossy(inMemory(image), stopped), qualities.highest,
+                       hasManyPixels(image) ? effortForMany : trialEffort);
+}
 
 QByteArray encodeWebp(const VImage &image, const std::atomic_bool &stopped)
 {

@@ -8,6 +8,8 @@
 
 #include <algorithm>
 
+using namespace Qt::StringLiterals;
+
 namespace pixpress {
 
 namespace {
@@ -74,6 +76,34 @@ std::optional<Sniffed> sniff(const QByteArray &bytes)
     if (bytes.startsWith("RIFF") && bytes.mid(8, 4) == "WEBP")
         return Sniffed{ImageFormat::webp, isAnimatedWebp(bytes)};
     return sniffMedia(bytes);
+}
+
+QString unreadableJpegReason(const QByteArray &bytes)
+{
+    qsizetype at = 2;
+    while (at + 4 < bytes.size() && bytes.at(at) == '\xff') {
+        const auto marker = static_cast<quint8>(bytes.at(at + 1));
+        if (marker == 0xff) { // It may be repeated.
+            ++at;
+            continue;
+        }
+        const bool isFrame =
+            marker >= 0xc0 && marker <= 0xcf && marker != 0xc4 && marker != 0xc8 && marker != 0xcc;
+        if (!isFrame) {
+            at += 2 + qFromBigEndian<quint16>(bytes.constData() + at + 2);
+            continue;
+        }
+        const bool isLossless = marker % 4 == 3;
+        if (isLossless)
+            return u"Lossless JPEG images are not supported."_s;
+        const int bits = static_cast<quint8>(bytes.at(at + 4));
+        if (bits != 8)
+            return u"JPEG images with %1 bits per sample are not supported."_s.arg(bits);
+        if (marker > 0xc4 && marker < 0xc8)
+            return u"Hierarchical JPEG images are not supported."_s;
+        break;
+    }
+    return {};
 }
 
 std::optional<PixelSize> statedPngSize(const QByteArray &bytes)

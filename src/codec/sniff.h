@@ -7,6 +7,7 @@
 #include "codec/geometry.h"
 
 #include <QByteArray>
+#include <QString>
 
 #include <optional>
 
@@ -23,6 +24,10 @@ struct Sniffed
 
 /// The format by content, never by name; none when it is not one of the four.
 std::optional<Sniffed> sniff(const QByteArray &bytes);
+
+/// Why the decoders cannot read this JPEG although it is whole, as a sentence: it is lossless,
+/// hierarchical or has more than 8 bits per sample. Empty for all others.
+QString unreadableJpegReason(const QByteArray &bytes);
 
 /// The size that a PNG states in its header; none when that is not there. Read here because libpng
 /// refuses sizes above its own limit as damage, where a person should hear that the picture is too
