@@ -105,6 +105,16 @@ ToneCurve curveOf(int transfer)
 
 } // namespace
 
+bool canDecodeAvif()
+{
+    return heif_have_decoder_for_format(heif_compression_AV1) != 0;
+}
+
+bool canEncodeAvif()
+{
+    return heif_have_encoder_for_format(heif_compression_AV1) != 0;
+}
+
 QString unreadableAvifReason(const QByteArray &file)
 {
     const AvifHead head(file);

@@ -8,6 +8,11 @@
 
 namespace pixpress {
 
+/// Whether libheif has found an AV1 decoder or encoder. On some systems they are plugins in
+/// packages of their own.
+bool canDecodeAvif();
+bool canEncodeAvif();
+
 /// Why the pixels of this AVIF would come out wrong, as a sentence: they are HDR, or transparent in
 /// a way that the installed libheif does not see. Empty for all others, and for what is no AVIF.
 QString unreadableAvifReason(const QByteArray &file);

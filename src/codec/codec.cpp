@@ -14,6 +14,7 @@
 #include "codec/vipslibrary.h"
 
 #include <new>
+#include <tuple>
 
 using namespace Qt::StringLiterals;
 
@@ -56,6 +57,10 @@ std::expected<Opened, CodecError> open(const QByteArray &original, qint64 maxPix
             return fault(CodecFault::unsupported, reason);
     }
     if (sniffed->format == ImageFormat::avif) {
+        if (!canDecodeAvif())
+            return fault(CodecFault::failed,
+                         u"AVIF images cannot be read because libheif has no AV1 decoder. On "
+                         "Debian and Ubuntu it is in the package libheif-plugin-dav1d."_s);
         const QString reason = unreadableAvifReason(original);
         if (!reason.isEmpty())
             return fault(CodecFault::unsupported, reason);
@@ -96,7 +101,12 @@ std::expected<Encoded, CodecError> encodeSmallest(const VImage &pixels, PixelSiz
                                                   const std::atomic_bool &stopped)
 {
     Encoded smallest;
+    bool isEncoderMissing = false;
     for (const ImageFormat format : formats) {
+        if (format == ImageFormat::avif && !canEncodeAvif()) {
+            isEncoderMissing = true;
+            continue;
+        }
         if (size.width > maxSideOf(format) || size.height > maxSideOf(format))
             continue;
         VImage image = pixels;
@@ -110,6 +120,10 @@ std::expected<Encoded, CodecError> encodeSmallest(const VImage &pixels, PixelSiz
         if (smallest.bytes.isEmpty() || bytes.size() < smallest.bytes.size())
             smallest = {std::move(bytes), format, size};
     }
+    if (smallest.bytes.isEmpty() && isEncoderMissing)
+        return fault(CodecFault::failed,
+                     u"AVIF images cannot be written because libheif has no AV1 encoder. On Debian "
+                     "and Ubuntu it is in the package libheif-plugin-aomenc."_s);
     if (smallest.bytes.isEmpty())
         return fault(
             CodecFault::badRequest,
@@ -228,6 +242,31 @@ std::expected<Encoded, CodecError> work(const QByteArray &original, const Reques
 void startCodec()
 {
     startVips();
+    constexpr qint64 fewPixels = 1000;
+    const std::atomic_bool goesOn = false;
+    try {
+        // With a profile of another kind than sRGB, alpha and more than 256 colours.
+        const VImage xy = VImage::xyz(24, 24);
+        const VImage image =
+            (xy[0] * 10).bandjoin(xy[1] * 10).bandjoin(xy[0] * 3 + xy[1] * 4).bandjoin(xy[0] * 10);
+        const VImage pixels =
+            image.cast(VIPS_FORMAT_UCHAR)
+                .copy(VImage::option()->set("interpretation", VIPS_INTERPRETATION_sRGB));
+        const VImage colours =
+            pixels.extract_band(0, VImage::option()->set("n", 3))
+                .icc_transform("p3", VImage::option()->set("input_profile", "srgb"));
+        const QByteArray png = taken(
+            colours.bandjoin(pixels[3]).pngsave_buffer(VImage::option()->set("strip", false)));
+        for (const ImageFormat format : allCases<ImageFormat>()) {
+            RequestOptions options;
+            options.convert = {format};
+            const auto first = compress(png, options, fewPixels, goesOn);
+            if (first)
+                std::ignore = compress(first->bytes, RequestOptions{}, fewPixels, goesOn);
+        }
+    } catch (const vips::VError &) {
+        vips_error_clear(); // What is missing is reported when somebody needs it.
+    }
 }
 
 std::expected<PictureInfo, CodecError> inspect(const QByteArray &original, qint64 maxPixels)

@@ -52,8 +52,9 @@ struct Encoded
     PixelSize size; ///< Of a frame.
 };
 
-/// Starts the libraries and has them read the files that they ever need: afterwards the codec works
-/// in a process that can open none. The other functions call it if nobody has. Thread-safe.
+/// Uses every decoder, encoder and colour conversion once, so that all libraries, plugins and
+/// profiles which are loaded on first use have been loaded. A process may give up its access to
+/// files afterwards. The other functions start what they need by themselves.
 void startCodec();
 
 /// Reads the header only; refuses what the codec cannot treat without loss, and more than

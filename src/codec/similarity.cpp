@@ -3,11 +3,12 @@
 
 #include "codec/similarity.h"
 
+#include "codec/vipslibrary.h"
+
 #include <algorithm>
 #include <array>
 #include <cmath>
 #include <future>
-#include <thread>
 #include <vector>
 
 namespace pixpress {
@@ -211,7 +212,7 @@ void add(Losses &sum, const Losses &losses)
 /// Over the whole picture, on all cores.
 Losses pictureLosses(const VImage &original, const VImage &copy, float background)
 {
-    const int threads = std::max(1, static_cast<int>(std::thread::hardware_concurrency()));
+    const int threads = coreCount();
     std::vector<std::future<Losses>> parts;
     for (int thread = 0; thread < threads; ++thread)
         parts.push_back(std::async(std::launch::async, [=, &original, &copy] {

@@ -42,11 +42,16 @@ void startVips()
     });
 }
 
+int coreCount()
+{
+    static const int count = std::max(1, static_cast<int>(std::thread::hardware_concurrency()));
+    return count;
+}
+
 void useAllThreads(vips::VImage &pixels)
 {
     pixels = pixels.copy();
-    pixels.set(VIPS_META_CONCURRENCY,
-               std::max(1, static_cast<int>(std::thread::hardware_concurrency())));
+    pixels.set(VIPS_META_CONCURRENCY, coreCount());
 }
 
 QByteArray taken(VipsBlob *blob)

@@ -19,6 +19,9 @@ namespace pixpress {
 /// counts as black.
 void startVips();
 
+/// How many threads share work. Counted once: that reads files.
+int coreCount();
+
 /// Lets as many threads as there are cores work at what is made from these pixels, which are in
 /// memory.
 void useAllThreads(vips::VImage &pixels);

@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Pixpress authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-#include "codec/vipslibrary.h"
 #include "codec/codec.h"
+#include "codec/vipslibrary.h"
 
 #include "pictures.h"
 

@@ -13,6 +13,7 @@
 #include <memory>
 
 using namespace pixpress;
+using namespace Qt::StringLiterals;
 using namespace pixpress::testing;
 using vips::VImage;
 
@@ -27,6 +28,12 @@ private Q_SLOTS:
 
     void everyKindOfPixel_keepsItsColourAndAlpha_data();
     void everyKindOfPixel_keepsItsColourAndAlpha();
+    void avifColoursNamedByNumber_becomeSrgb();
+    void avifInHdr_isRefused_data();
+    void avifInHdr_isRefused();
+    void avifWithUnseenAlpha_isRefused();
+    void unreadableJpegs_areNotCalledDamaged_data();
+    void unreadableJpegs_areNotCalledDamaged();
 };
 
 namespace {
@@ -219,6 +226,100 @@ void TestPixels::everyKindOfPixel_keepsItsColourAndAlpha()
             }
         }
     }
+}
+
+namespace {
+
+/// The AVIF with other numbers for its colour primaries and transfer function.
+QByteArray withColours(QByteArray avif, char primaries, char transfer)
+{
+    const qsizetype at = avif.indexOf("colrnclx");
+    if (at < 0)
+        return {};
+    avif[at + 9] = primaries;
+    avif[at + 11] = transfer;
+    return avif;
+}
+
+QString errorFor(const QByteArray &bytes)
+{
+    const std::atomic_bool running = false;
+    const auto result = compress(bytes, RequestOptions{}, 1'000'000, running);
+    return result ? QString() : result.error().message;
+}
+
+constexpr char displayP3 = 12;
+constexpr char srgbCurve = 13;
+
+} // namespace
+
+void TestPixels::avifColoursNamedByNumber_becomeSrgb()
+{
+    const std::vector<double> orange{200, 120, 40};
+    const VImage wide =
+        plain(64, 64, orange).icc_transform("p3", VImage::option()->set("input_profile", "srgb"));
+    VImage bare = wide.copy();
+    bare.remove(VIPS_META_ICC_NAME);
+    const QByteArray original = withColours(saved(bare, ImageFormat::avif), displayP3, srgbCurve);
+    QVERIFY(!original.isEmpty());
+    const std::atomic_bool running = false;
+    for (const ImageFormat format : allCases<ImageFormat>()) {
+        RequestOptions options;
+        options.convert = {format};
+        const auto result = compress(original, options, 1'000'000, running);
+        QVERIFY(result);
+        QVERIFY(distance(pixel(loaded(result->bytes), 30, 30), orange) < 6);
+    }
+}
+
+void TestPixels::avifInHdr_isRefused_data()
+{
+    QTest::addColumn<int>("transfer");
+    QTest::newRow("PQ") << 16;
+    QTest::newRow("HLG") << 18;
+}
+
+void TestPixels::avifInHdr_isRefused()
+{
+    QFETCH(int, transfer);
+    const QByteArray original = withColours(saved(plain(64, 64, {9, 99, 200}), ImageFormat::avif),
+                                            9, static_cast<char>(transfer));
+    QVERIFY(errorFor(original).contains(QLatin1String("HDR")));
+}
+
+void TestPixels::avifWithUnseenAlpha_isRefused()
+{
+    QByteArray original = saved(plain(64, 64, {9, 99, 200, 128}), ImageFormat::avif);
+    QCOMPARE(errorFor(original), QString());
+    const qsizetype at = original.indexOf("auxl");
+    QVERIFY(at > 0);
+    original.replace(at, 4, "thmb");
+    QVERIFY(errorFor(original).contains(QLatin1String("transparency")));
+}
+
+void TestPixels::unreadableJpegs_areNotCalledDamaged_data()
+{
+    QTest::addColumn<int>("marker");
+    QTest::addColumn<int>("bits");
+    QTest::addColumn<QString>("expected");
+    QTest::newRow("12 bits") << 0xc1 << 12 << u"12 bits"_s;
+    QTest::newRow("12 bits, progressive") << 0xc2 << 12 << u"12 bits"_s;
+    QTest::newRow("lossless") << 0xc3 << 8 << u"Lossless"_s;
+    QTest::newRow("lossless, 16 bits") << 0xc3 << 16 << u"Lossless"_s;
+    QTest::newRow("hierarchical") << 0xc5 << 8 << u"Hierarchical"_s;
+}
+
+void TestPixels::unreadableJpegs_areNotCalledDamaged()
+{
+    QFETCH(int, marker);
+    QFETCH(int, bits);
+    QFETCH(QString, expected);
+    QByteArray jpeg = saved(photo(64, 64), ImageFormat::jpeg);
+    const qsizetype at = jpeg.indexOf("\xff\xc0");
+    QVERIFY(at > 0);
+    jpeg[at + 1] = static_cast<char>(marker);
+    jpeg[at + 4] = static_cast<char>(bits);
+    QVERIFY2(errorFor(jpeg).contains(expected), qPrintable(errorFor(jpeg)));
 }
 
 QTEST_GUILESS_MAIN(TestPixels)

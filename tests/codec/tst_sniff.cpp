@@ -1,9 +1,9 @@
 // SPDX-FileCopyrightText: 2026 The Pixpress authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
+#include "codec/codec.h"
 #include "codec/sniff.h"
 #include "codec/vipslibrary.h"
-#include "codec/codec.h"
 
 #include "pictures.h"
 

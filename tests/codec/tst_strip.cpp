@@ -3,8 +3,8 @@
 
 #include "codec/strip.h"
 
-#include "codec/vipslibrary.h"
 #include "codec/codec.h"
+#include "codec/vipslibrary.h"
 
 #include "pictures.h"
 

@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Pixpress authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-#include "pictures.h"
 #include "codec/thumbnail.h"
+#include "pictures.h"
 
 #include <QTemporaryFile>
 #include <QTest>
