@@ -65,7 +65,7 @@ vips::VSource descriptorSource(int descriptor)
     g_object_set_data_full(G_OBJECT(source), "pixpress-file", file, destroyFile);
     g_signal_connect(source, "read", G_CALLBACK(onRead), file);
     g_signal_connect(source, "seek", G_CALLBACK(onSeek), file);
-    return {VIPS_SOURCE(source), vips::STEAL};
+    return vips::VSource(VIPS_SOURCE(source), vips::STEAL);
 }
 
 } // namespace pixpress

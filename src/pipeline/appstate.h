@@ -46,7 +46,7 @@ class AppState : public QObject
 public:
     /// `settings` must outlive the state.
     AppState(SettingsStore &settings, std::unique_ptr<CompressionService> service,
-             OpenPanel openPanel, QuotaTracker::Clock clock = &QDateTime::currentDateTime);
+             OpenPanel openPanel, QuotaTracker::Clock clock = &QuotaTracker::systemTime);
 
     QuotaTracker *quotaTracker() { return &m_quotaTracker; }
     CompressionQueue *compressionQueue() { return &m_compressionQueue; }

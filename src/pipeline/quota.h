@@ -26,10 +26,11 @@ class QuotaTracker : public QObject
 
 public:
     using Clock = std::function<QDateTime()>; ///< The current time in the user's time zone.
+    static QDateTime systemTime() { return QDateTime::currentDateTime(); }
 
     /// Takes up the stored count when it is of this month, else stores 0 for this month at once.
     /// `settings` must outlive the tracker.
-    explicit QuotaTracker(SettingsStore &settings, Clock clock = &QDateTime::currentDateTime);
+    explicit QuotaTracker(SettingsStore &settings, Clock clock = &systemTime);
 
     qint64 currentCount() const { return m_currentCount; }
     QString monthYear() const { return m_monthYear; } ///< "yyyy-MM" that the count belongs to.

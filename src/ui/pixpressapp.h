@@ -41,7 +41,7 @@ public:
         OpenPanel openPanel = {};                        ///< By default the toolkit's dialog.
         OptionsEditor::FolderChooser folderChooser = {}; ///< By default the toolkit's dialog.
         Revealer reveal = &revealFile;
-        QuotaTracker::Clock clock = &QDateTime::currentDateTime;
+        QuotaTracker::Clock clock = &QuotaTracker::systemTime;
     };
 
     /// With the web service, or without one: pictures are then compressed on this computer, and
