@@ -17,7 +17,7 @@ help_is_comment() {
 }
 
 build_packages=(
-    g++ cmake ninja-build pkg-config ccache
+    g++ cmake pkg-config
     qt6-base-dev qcoro-qt6-dev libcurl4-openssl-dev libvips-dev libseccomp-dev
     libexif-dev libheif-dev libjpeg-dev libwebp-dev libimagequant-dev
     libdeflate-dev liblcms2-dev zlib1g-dev
@@ -33,21 +33,31 @@ test_packages=(
     openssl librapidcheck-dev
     qml6-module-qttest qml6-module-qtqml-models qt6-declarative-dev-tools fonts-droid-fallback
     xvfb xauth openbox sway xdotool dbus at-spi2-core libgl1-mesa-dri libxcb1-dev
-    qml6-module-qt-labs-platform
-    parallel dpkg-dev file lintian desktop-file-utils appstream man-db mmdebstrap
+    parallel dpkg-dev file lintian desktop-file-utils appstream man-db mmdebstrap uidmap
 )
 bench_packages=(
     pngquant jpegoptim webp libavif-bin libjxl-devtools
     converseen xvfb openbox xdotool dbus libgl1-mesa-dri libxcb1-dev
 )
+# Builds are faster with them and do without them: never asked for on their own.
+optional_packages=(ninja-build ccache)
+
+# Releases differ only here. Since libheif 1.17 each of its codecs is in a package of its own.
+# shellcheck disable=SC1091
+if [[ $(source /etc/os-release 2>/dev/null && printf '%s' "${VERSION_CODENAME-}") != bookworm ]]; then
+    build_packages+=(libheif-plugin-aomenc libheif-plugin-dav1d)
+fi
+# CMake builds with make when there is no Ninja.
+command -v ninja >/dev/null || build_packages+=(make)
 
 # What build_packages, test_packages and bench_packages bring, for other systems.
 tell_needs() {
     cat >&2 <<'END'
 This is not Debian or Ubuntu, so nothing is installed. To build, install
-  a compiler for C++23 (GCC 12, Clang 19 or later), CMake 3.25, Ninja, ccache, pkg-config;
-  Qt 6.4 (Core, Gui, Network, Qml, Quick, Quick Controls, Quick Dialogs, Svg, Test; on Linux DBus
-  and the Wayland plugin too) with the headers of OpenGL, its Linguist tools and translations, and
+  a compiler for C++23 (GCC 12, Clang 19 or later), CMake 3.25, Ninja or make, pkg-config, and
+  ccache if you like;
+  Qt 6.4 (Core, Gui, Network, Qml, Quick, Quick Controls, Quick Dialogs, Svg, DBus, Test,
+  the Wayland plugin) with the headers of OpenGL, its Linguist tools and translations, and
   QCoro 0.8 for Qt 6;
   libcurl 7.87, libseccomp 2.5;
   libvips 8.14 with its C++ binding, able to read and write PNG, JPEG, WebP and AVIF;
@@ -57,8 +67,8 @@ This is not Debian or Ubuntu, so nothing is installed. To build, install
 For ./test also
   Clang 19 with libFuzzer, clang-format 19, clang-tidy 19, the sanitizers' libraries of the
   compiler, OpenSSL's command, RapidCheck;
-  a font with Chinese and Japanese; Qt Quick Test, Qt Labs Platform, qmllint; and for the tests of
-  the desktop, on Linux, Xvfb, xauth, openbox, sway, xdotool, dbus-daemon, at-spi2-core, Mesa's
+  a font with Chinese and Japanese; Qt Quick Test, qmllint; and for the tests of
+  the desktop Xvfb, xauth, openbox, sway, xdotool, dbus-daemon, at-spi2-core, Mesa's
   software renderer, libxcb.
 For ./bench also
   pngquant, jpegoptim, cwebp, avifenc, butteraugli_main (libjxl), converseen,
@@ -69,10 +79,10 @@ END
 # What stands for these packages and is missing, as far as it can be asked for; CMake looks for Qt,
 # QCoro, libcurl and RapidCheck.
 missing_elsewhere() {
-    local need commands=(c++ cmake ninja ccache pkg-config)
+    local need commands=(c++ cmake pkg-config)
     if [[ " $* " == *" ${test_packages[*]}"* ]]; then
         commands+=(clang-format-19 clang++-19 openssl)
-        [[ $OSTYPE != linux* ]] || commands+=(Xvfb openbox sway xdotool dbus-daemon)
+        commands+=(Xvfb openbox sway xdotool dbus-daemon)
     fi
     if [[ " $* " == *" ${bench_packages[*]}"* ]]; then
         commands+=(pngquant jpegoptim cwebp avifenc butteraugli_main
@@ -81,6 +91,7 @@ missing_elsewhere() {
     for need in "${commands[@]}"; do
         command -v "$need" >/dev/null || printf '%s\n' "$need"
     done
+    command -v ninja >/dev/null || command -v make >/dev/null || printf 'ninja\n'
     command -v pkg-config >/dev/null || return 0
     for need in 'vips-cpp >= 8.14' 'libseccomp >= 2.5' libexif libheif libjpeg \
         libwebp libwebpmux libdeflate lcms2 'imagequant >= 2.17' zlib; do
@@ -90,6 +101,22 @@ missing_elsewhere() {
 
 is_debian() {
     command -v apt-get >/dev/null && command -v dpkg-query >/dev/null
+}
+
+# Runs a command as root, with variables before it as in `env`.
+as_root() {
+    if ((EUID == 0)); then
+        env "$@"
+    else
+        sudo "$@"
+    fi
+}
+
+# Ends without root or sudo, and prints what root would have to run.
+need_root() {
+    ((EUID != 0)) && ! command -v sudo >/dev/null || return 0
+    printf 'This needs root, and there is no sudo. Run as root:\n\n    %s\n\n' "$*" >&2
+    exit 1
 }
 
 # Installs Debian packages that are missing. Elsewhere it says what is needed, and ends when
@@ -108,27 +135,29 @@ install_missing() {
         [[ $(dpkg-query -W -f '${db:Status-Status}' "$package" 2>/dev/null) == installed ]] || missing+=("$package")
     done
     ((${#missing[@]})) || return 0
-    local as_root=()
-    if ((EUID != 0)); then
-        command -v sudo >/dev/null || {
-            printf 'Please install as root: %s\n' "${missing[*]}" >&2
-            exit 1
-        }
-        as_root=(sudo)
-    fi
+    [[ " $* " != *' cmake '* ]] || missing+=("${optional_packages[@]}")
+    local install=(apt-get install --yes --quiet --no-install-recommends "${missing[@]}")
+    need_root "apt-get update && ${install[*]}"
     printf 'Installing %s\n' "${missing[*]}" >&2
-    "${as_root[@]}" apt-get update -q >&2
-    "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive \
-        apt-get install -y -q --no-install-recommends "${missing[@]}" >&2
+    as_root apt-get update --quiet >&2
+    as_root DEBIAN_FRONTEND=noninteractive "${install[@]}" >&2
+}
+
+# Calls cmake with a preset and more arguments.
+configure() {
+    local generator=()
+    command -v ninja >/dev/null || generator=(-G 'Unix Makefiles')
+    cmake "${generator[@]}" --preset "$@"
 }
 
 # Configures a preset if that has not been done, and builds it (or the targets named after it).
 build_preset() {
-    local preset=$1
+    local preset=$1 folder=build/$1 jobs=()
     shift
-    if [[ ! -e build/$preset/build.ninja ]] && ! cmake --preset "$preset" >&2; then
+    if [[ ! -e $folder/build.ninja && ! -e $folder/Makefile ]] && ! configure "$preset" >&2; then
         is_debian || tell_needs
         exit 1
     fi
-    cmake --build --preset "$preset" ${1:+--target "$@"} >&2
+    [[ ! -e $folder/Makefile ]] || jobs=(--parallel "$(nproc)")
+    cmake --build --preset "$preset" "${jobs[@]}" ${1:+--target "$@"} >&2
 }
