@@ -22,6 +22,7 @@ QRect onScreen(const QQuickItem *item)
     return QRectF(item->mapToGlobal(QPointF()), item->size()).toAlignedRect();
 }
 
+#if QT_VERSION < QT_VERSION_CHECK(6, 8, 0) // later versions report it themselves
 void tellOfEnabling(QQuickItem *item)
 {
     QAccessible::State changed;
@@ -29,6 +30,7 @@ void tellOfEnabling(QQuickItem *item)
     QAccessibleStateChangeEvent event(item, changed);
     QAccessible::updateAccessibility(&event);
 }
+#endif
 
 QObject *attachedTo(const QQuickItem *item)
 {
@@ -91,7 +93,9 @@ QAccessibleInterface *makeInterface(const QString &className, QObject *object)
 
 AccessibleItem::AccessibleItem(QQuickItem *item) : QAccessibleObject(item)
 {
+#if QT_VERSION < QT_VERSION_CHECK(6, 8, 0)
     QObject::connect(item, &QQuickItem::enabledChanged, item, [item] { tellOfEnabling(item); });
+#endif
 }
 
 QAccessibleInterface *AccessibleItem::parent() const
@@ -156,8 +160,11 @@ QVariant AccessibleItem::attached(const char *property) const
 
 QAccessible::Role AccessibleItem::role() const
 {
-    const QVariant own = item()->property("accessibleRole");
-    return static_cast<QAccessible::Role>((own.isValid() ? own : attached("role")).toInt());
+#if QT_VERSION < QT_VERSION_CHECK(6, 8, 0) // where a control replaces its attached role
+    if (const QVariant own = item()->property("accessibleRole"); own.isValid())
+        return static_cast<QAccessible::Role>(own.toInt());
+#endif
+    return static_cast<QAccessible::Role>(attached("role").toInt());
 }
 
 QAccessible::State AccessibleItem::state() const

@@ -8,12 +8,14 @@
 
 namespace pixpress {
 
-/// What assistive technology is told of the items of our views, in the place of what Qt Quick 6.4
-/// tells: by that a disabled control is enabled, the attached role is overruled by the control's
-/// own, texts can take the keyboard, what is scrolled away shows, and a password can be read.
+/// Provides the accessibility interface of the items of our views instead of Qt Quick. In Qt up to
+/// 6.11, texts can take the keyboard, what is scrolled away is not off screen, nothing is
+/// expandable, and the focus that assistive technology sets is not drawn. Before 6.8, a disabled
+/// control is also enabled, a control replaces the attached role by its own, and a password can be
+/// read. tests/accessibility/tst_qtfaults.cpp has a reproduction of each.
 ///
 /// Beside the attached properties of `Accessible` an item may have the properties
-///     int accessibleRole        instead of the attached one;
+///     int accessibleRole        instead of the attached one, before Qt 6.8;
 ///     bool accessibleChecked    instead of the attached one;
 ///     bool accessibleExpanded   whether what it opens is open.
 ///
