@@ -81,8 +81,7 @@ Item {
     // A whole number of the screen's pixels, or every other row's line would be twice as wide.
     implicitHeight: Math.ceil((row.height + (isLast ? 0 : 5)) * pixelRatio) / pixelRatio
 
-    // The linter takes callLater() for a value.
-    onSummaryChanged: Qt.callLater(tell) // qmllint disable type
+    onSummaryChanged: Qt.callLater(tell)
     Component.onCompleted: tell()
 
     Accessible.role: Accessible.ListItem
