@@ -42,10 +42,11 @@ bench_packages=(
 # Builds are faster with them and do without them: never asked for on their own.
 optional_packages=(ninja-build ccache)
 
-# Releases differ only here. Since libheif 1.17 each of its codecs is in a package of its own.
+# Releases differ only here. Since libheif 1.17 each of its codecs is in a package of its own, and
+# so are the plugins of Qt SVG since Debian 13.
 # shellcheck disable=SC1091
 if [[ $(source /etc/os-release 2>/dev/null && printf '%s' "${VERSION_CODENAME-}") != bookworm ]]; then
-    build_packages+=(libheif-plugin-aomenc libheif-plugin-dav1d)
+    build_packages+=(libheif-plugin-aomenc libheif-plugin-dav1d qt6-svg-plugins)
 fi
 # CMake builds with make when there is no Ninja.
 command -v ninja >/dev/null || build_packages+=(make)

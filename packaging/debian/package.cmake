@@ -18,12 +18,14 @@ their own.")
 
 # What is linked is found by dpkg-shlibdeps. This is what is loaded by name: the views' QML modules,
 # the file dialog's among them, the display's plugin, the codecs of AVIF (which were a part of libheif
-# before 1.17), the fonts, and what verifies the service.
+# before 1.17), the plugin that reads the logo (a part of Qt SVG before Debian 13), the fonts, and what
+# verifies the service.
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
 set(needed qml6-module-qtquick qml6-module-qtquick-window qml6-module-qtquick-layouts
     qml6-module-qtquick-templates qml6-module-qtquick-controls qml6-module-qtquick-dialogs
     qml6-module-qtqml qml6-module-qtqml-workerscript qml6-module-qt-labs-folderlistmodel
     qt6-wayland "libheif-plugin-aomenc | libheif1 (<< 1.17)" "libheif-plugin-dav1d | libheif1 (<< 1.17)"
+    "qt6-svg-plugins | libqt6svg6 (<< 6.7.2-5~)"
     fonts-inter fonts-jetbrains-mono fonts-noto-color-emoji ca-certificates)
 list(JOIN needed ", " CPACK_DEBIAN_PACKAGE_DEPENDS)
 set(CPACK_DEBIAN_PACKAGE_RECOMMENDS "fonts-noto-cjk, qt6-translations-l10n, xdg-utils")

@@ -65,7 +65,8 @@ void TreeTest::key_isNeverTold()
     EXPECT(field.text().value_or(QString()), QString(key.size(), u'•'));
     const QString pieces = field.textPieces().join(QString());
     QVERIFY(pieces.size() > key.size());
-    const bool hasLetters = std::ranges::any_of(pieces, [](QChar c) { return c.unicode() < 0x80; });
+    // Not only dots: of a single character Qt 6.8 passes on the lower byte, and that of • is ".
+    const bool hasLetters = std::ranges::any_of(pieces, [&](QChar c) { return key.contains(c); });
     QVERIFY2(!hasLetters, qPrintable(pieces));
     QString all = m_session.reader.texts.join(u'\n');
     for (const Node &node : m_session.reader.tree())

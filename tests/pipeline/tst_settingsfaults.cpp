@@ -246,6 +246,8 @@ void SettingsFaultsTest::readOnlyFolder_keepsTheFile()
         KeychainHelper::saveAPIKey(settings, u"mine"_s);
         return KeychainHelper::loadAPIKey(settings).value_or(u"none"_s);
     });
+    QVERIFY(
+        QFile::setPermissions(path(u"Pixpress"_s), QFile::Permissions(0x7777))); // to be removed
     QCOMPARE(result.answer, u"mine"_s);
     QCOMPARE(stored(), good);
 }
