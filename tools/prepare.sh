@@ -27,6 +27,7 @@ build_packages=(
     qml6-module-qtquick-templates qml6-module-qtquick-controls qml6-module-qtquick-dialogs
     qml6-module-qtqml qml6-module-qtqml-workerscript qml6-module-qt-labs-folderlistmodel
     qt6-wayland fonts-inter fonts-jetbrains-mono fonts-noto-color-emoji
+    libnautilus-extension-dev
 )
 test_packages=(
     clang-19 clang-tidy-19 clang-format-19 libclang-rt-19-dev
@@ -64,7 +65,8 @@ This is not Debian or Ubuntu, so nothing is installed. To build, install
   libvips 8.14 with its C++ binding, able to read and write PNG, JPEG, WebP and AVIF;
   libexif, libheif, libjpeg, libwebp with libwebpmux, libimagequant 2.17, libdeflate, Little CMS 2,
   zlib;
-  and for the window the fonts Inter, JetBrains Mono and Noto Color Emoji.
+  and for the window the fonts Inter, JetBrains Mono and Noto Color Emoji;
+  optionally libnautilus-extension 4, for the items in the context menu of Nautilus.
 For ./test also
   Clang 19 with libFuzzer, clang-format 19, clang-tidy 19, the sanitizers' libraries of the
   compiler, OpenSSL's command, RapidCheck;
