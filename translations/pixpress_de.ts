@@ -332,8 +332,8 @@ mit der TinyPNG-API – bis zu 500 pro Monat kostenlos.</translation>
 <context>
     <name>Panels</name>
     <message>
-        <source>All files (*)</source>
-        <translation>Alle Dateien (*)</translation>
+        <source>All files</source>
+        <translation>Alle Dateien</translation>
     </message>
 </context>
 <context>

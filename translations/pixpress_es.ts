@@ -332,8 +332,8 @@ con la API de TinyPNG: hasta 500 gratis al mes.</translation>
 <context>
     <name>Panels</name>
     <message>
-        <source>All files (*)</source>
-        <translation>Todos los archivos (*)</translation>
+        <source>All files</source>
+        <translation>Todos los archivos</translation>
     </message>
 </context>
 <context>

@@ -332,8 +332,8 @@ avec l’API TinyPNG — jusqu’à 500 gratuites par mois.</translation>
 <context>
     <name>Panels</name>
     <message>
-        <source>All files (*)</source>
-        <translation>Tous les fichiers (*)</translation>
+        <source>All files</source>
+        <translation>Tous les fichiers</translation>
     </message>
 </context>
 <context>

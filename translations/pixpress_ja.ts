@@ -332,8 +332,8 @@ using the TinyPNG API — up to 500 free per month.</source>
 <context>
     <name>Panels</name>
     <message>
-        <source>All files (*)</source>
-        <translation>すべてのファイル (*)</translation>
+        <source>All files</source>
+        <translation>すべてのファイル</translation>
     </message>
 </context>
 <context>

@@ -332,8 +332,8 @@ com a API do TinyPNG — até 500 grátis por mês.</translation>
 <context>
     <name>Panels</name>
     <message>
-        <source>All files (*)</source>
-        <translation>Todos os arquivos (*)</translation>
+        <source>All files</source>
+        <translation>Todos os arquivos</translation>
     </message>
 </context>
 <context>

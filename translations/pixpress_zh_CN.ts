@@ -332,8 +332,8 @@ using the TinyPNG API — up to 500 free per month.</source>
 <context>
     <name>Panels</name>
     <message>
-        <source>All files (*)</source>
-        <translation>所有文件 (*)</translation>
+        <source>All files</source>
+        <translation>所有文件</translation>
     </message>
 </context>
 <context>

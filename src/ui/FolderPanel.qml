@@ -3,8 +3,5 @@
 
 import QtQuick.Dialogs
 
-/// The toolkit's panel for picking a folder, which Panels makes.
-FolderDialog {
-    title: qsTr("Choose where Pixpress should save compressed images")
-    acceptLabel: qsTr("Select Folder")
-}
+/// The toolkit's panel for picking a folder, which Panels makes and fills in.
+FolderDialog {}

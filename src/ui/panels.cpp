@@ -4,6 +4,7 @@
 #include "ui/panels.h"
 
 #include "ui/engine.h"
+#include "ui/fileportal.h"
 
 #include <QCoreApplication>
 #include <QDir>
@@ -23,19 +24,27 @@ namespace pixpress {
 
 namespace {
 
-/// "PNG image, JPEG image (*.png *.PNG *.jpg ...)": a dialog may tell upper case from lower, and
-/// cameras write it.
-QString nameFilter(const QStringList &contentTypes)
+QString namesOf(const QStringList &contentTypes)
 {
     QStringList names;
+    for (const QString &contentType : contentTypes)
+        names.append(QMimeDatabase().mimeTypeForName(contentType).comment());
+    return names.join(u", "_s);
+}
+
+/// "PNG image, JPEG image (*.png *.PNG *.jpg ...)": a dialog may tell upper case from lower, and
+/// cameras write it.
+QString patternFilter(const FileChoice::Filter &filter)
+{
     QStringList patterns;
-    for (const QString &contentType : contentTypes) {
+    for (const QString &contentType : filter.contentTypes) {
         const QMimeType type = QMimeDatabase().mimeTypeForName(contentType);
-        names.append(type.comment());
         for (const QString &pattern : type.globPatterns())
             patterns.append({pattern, pattern.toUpper()});
     }
-    return u"%1 (%2)"_s.arg(names.join(u", "_s), patterns.join(u' '));
+    if (patterns.isEmpty())
+        patterns.append(u"*"_s);
+    return u"%1 (%2)"_s.arg(filter.name, patterns.join(u' '));
 }
 
 /// A new account may not have a folder for pictures yet.
@@ -55,20 +64,44 @@ void Panels::setWindow(QQmlEngine *engine, QQuickWindow *window)
 
 QList<QUrl> Panels::pickFiles(const OpenPanelRequest &request)
 {
-    QStringList filters{nameFilter(request.contentTypes)};
+    if (!m_window)
+        return {};
+    FileChoice choice{.title = request.message,
+                      .filters = {{namesOf(request.contentTypes), request.contentTypes}},
+                      .currentFolder = picturesFolder()};
     if (request.allowsOtherFileTypes)
-        filters.append(QCoreApplication::translate("Panels", "All files (*)"));
+        choice.filters.append({QCoreApplication::translate("Panels", "All files")});
+    if (const auto picked = chooseThroughPortal(choice, *m_window))
+        return *picked;
+    QStringList filters;
+    for (const FileChoice::Filter &filter : choice.filters)
+        filters.append(patternFilter(filter));
     return run(u"FilePanel"_s,
-               {{u"title"_s, request.message},
+               {{u"title"_s, choice.title},
                 {u"nameFilters"_s, filters},
-                {u"currentFolder"_s, picturesFolder()}},
+                {u"currentFolder"_s, choice.currentFolder}},
                "selectedFiles")
         .value<QList<QUrl>>();
 }
 
-std::optional<QUrl> Panels::pickFolder()
+std::optional<QUrl> Panels::pickFolder(const QUrl &current)
 {
-    const QUrl picked = run(u"FolderPanel"_s, {}, "selectedFolder").toUrl();
+    if (!m_window)
+        return std::nullopt;
+    const FileChoice choice{
+        .title = QCoreApplication::translate("FolderPanel",
+                                             "Choose where Pixpress should save compressed images"),
+        .isFolder = true,
+        .acceptLabel = QCoreApplication::translate("FolderPanel", "Select Folder"),
+        .currentFolder = current};
+    if (const auto picked = chooseThroughPortal(choice, *m_window))
+        return picked->isEmpty() ? std::nullopt : std::optional(picked->first());
+    const QUrl picked = run(u"FolderPanel"_s,
+                            {{u"title"_s, choice.title},
+                             {u"acceptLabel"_s, choice.acceptLabel},
+                             {u"currentFolder"_s, choice.currentFolder}},
+                            "selectedFolder")
+                            .toUrl();
     return picked.isEmpty() ? std::nullopt : std::optional(picked);
 }
 

@@ -13,8 +13,8 @@
 
 namespace pixpress {
 
-/// The modal panels in which the user picks files and folders: the desktop's own where Qt
-/// has them, else Qt's. GUI thread only.
+/// The modal panels in which the user picks files and folders: the desktop's own, through its
+/// portal or through Qt, else Qt's. GUI thread only.
 class Panels
 {
 public:
@@ -24,7 +24,8 @@ public:
 
     /// Nothing when it is cancelled. Returns when the panel is closed.
     QList<QUrl> pickFiles(const OpenPanelRequest &request);
-    std::optional<QUrl> pickFolder();
+    /// Opens in `current`, or where the panel opens by itself if that is empty.
+    std::optional<QUrl> pickFolder(const QUrl &current);
 
 private:
     /// What the panel of this type has in `result` once it is accepted.

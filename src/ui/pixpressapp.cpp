@@ -106,7 +106,9 @@ OpenPanel PixpressApp::filePanel(OpenPanel own)
 OptionsEditor::FolderChooser PixpressApp::folderPanel(OptionsEditor::FolderChooser own)
 {
     if (!own)
-        own = [this] { return m_panels.pickFolder(); };
+        own = [this] {
+            return m_panels.pickFolder(m_appState.options().customFolderURL.value_or(QUrl()));
+        };
     return [this, own = std::move(own)] { return pickAlone(own); };
 }
 
