@@ -335,6 +335,10 @@ mit der TinyPNG-API – bis zu 500 pro Monat kostenlos.</translation>
         <source>All files</source>
         <translation>Alle Dateien</translation>
     </message>
+    <message>
+        <source>Parent Folder</source>
+        <translation>Übergeordneter Ordner</translation>
+    </message>
 </context>
 <context>
     <name>QuotaBarView</name>

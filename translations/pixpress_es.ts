@@ -335,6 +335,10 @@ con la API de TinyPNG: hasta 500 gratis al mes.</translation>
         <source>All files</source>
         <translation>Todos los archivos</translation>
     </message>
+    <message>
+        <source>Parent Folder</source>
+        <translation>Carpeta superior</translation>
+    </message>
 </context>
 <context>
     <name>QuotaBarView</name>

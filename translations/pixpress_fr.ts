@@ -335,6 +335,10 @@ avec l’API TinyPNG — jusqu’à 500 gratuites par mois.</translation>
         <source>All files</source>
         <translation>Tous les fichiers</translation>
     </message>
+    <message>
+        <source>Parent Folder</source>
+        <translation>Dossier parent</translation>
+    </message>
 </context>
 <context>
     <name>QuotaBarView</name>

@@ -335,6 +335,10 @@ using the TinyPNG API — up to 500 free per month.</source>
         <source>All files</source>
         <translation>すべてのファイル</translation>
     </message>
+    <message>
+        <source>Parent Folder</source>
+        <translation>上のフォルダー</translation>
+    </message>
 </context>
 <context>
     <name>QuotaBarView</name>

@@ -335,6 +335,10 @@ com a API do TinyPNG — até 500 grátis por mês.</translation>
         <source>All files</source>
         <translation>Todos os arquivos</translation>
     </message>
+    <message>
+        <source>Parent Folder</source>
+        <translation>Pasta superior</translation>
+    </message>
 </context>
 <context>
     <name>QuotaBarView</name>

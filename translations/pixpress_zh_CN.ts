@@ -335,6 +335,10 @@ using the TinyPNG API — up to 500 free per month.</source>
         <source>All files</source>
         <translation>所有文件</translation>
     </message>
+    <message>
+        <source>Parent Folder</source>
+        <translation>上级文件夹</translation>
+    </message>
 </context>
 <context>
     <name>QuotaBarView</name>

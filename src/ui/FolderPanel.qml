@@ -4,4 +4,15 @@
 import QtQuick.Dialogs
 
 /// The toolkit's panel for picking a folder, which Panels makes and fills in.
-FolderDialog {}
+FolderDialog {
+    id: root
+
+    /// Qt's own selects the first subfolder. Where there is none it cannot be accepted.
+    function selectSomething(): void {
+        if (root.selectedFolder.toString() === "")
+            root.selectedFolder = root.currentFolder;
+    }
+
+    onSelectedFolderChanged: Qt.callLater(selectSomething)
+    onCurrentFolderChanged: Qt.callLater(selectSomething)
+}

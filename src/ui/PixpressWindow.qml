@@ -21,6 +21,20 @@ T.ApplicationWindow {
     color: Theme.windowBackground
     font: Theme.body
 
+    // Of the dialogs that Qt draws; all else takes its colours from Theme.
+    palette {
+        window: Theme.windowBackground
+        windowText: Theme.primary
+        base: Theme.contentBackground
+        text: Theme.primary
+        placeholderText: Theme.secondary
+        button: Theme.controlFill
+        buttonText: Theme.primary
+        light: Theme.fieldFill
+        highlight: Theme.accentFill
+        highlightedText: Theme.onAccent
+    }
+
     // In languages that are written from right to left; inherited by what pops up too.
     LayoutMirroring.enabled: Application.layoutDirection === Qt.RightToLeft
     LayoutMirroring.childrenInherit: true

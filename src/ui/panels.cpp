@@ -13,6 +13,7 @@
 #include <QMimeDatabase>
 #include <QQmlComponent>
 #include <QQmlEngine>
+#include <QQuickItem>
 #include <QQuickWindow>
 #include <QStandardPaths>
 
@@ -52,6 +53,21 @@ QUrl picturesFolder()
 {
     const QString folder = QStandardPaths::writableLocation(QStandardPaths::PicturesLocation);
     return QUrl::fromLocalFile(QFileInfo(folder).isDir() ? folder : QDir::homePath());
+}
+
+/// The button to the parent folder in Qt's dialog shows an icon alone, and so has no name for
+/// screen readers.
+void nameUpButton(const QQuickItem *item)
+{
+    for (const QQuickItem *child : item->childItems())
+        nameUpButton(child);
+    if (!item->inherits("QQuickFolderBreadcrumbBar"))
+        return;
+    if (auto *button = item->property("upButton").value<QObject *>()) {
+        constexpr int iconOnly = 0; // of AbstractButton's Display
+        button->setProperty("display", iconOnly);
+        button->setProperty("text", QCoreApplication::translate("Panels", "Parent Folder"));
+    }
 }
 
 } // namespace
@@ -96,12 +112,10 @@ std::optional<QUrl> Panels::pickFolder(const QUrl &current)
         .currentFolder = current};
     if (const auto picked = chooseThroughPortal(choice, *m_window))
         return picked->isEmpty() ? std::nullopt : std::optional(picked->first());
-    const QUrl picked = run(u"FolderPanel"_s,
-                            {{u"title"_s, choice.title},
-                             {u"acceptLabel"_s, choice.acceptLabel},
-                             {u"currentFolder"_s, choice.currentFolder}},
-                            "selectedFolder")
-                            .toUrl();
+    QVariantMap properties{{u"title"_s, choice.title}, {u"acceptLabel"_s, choice.acceptLabel}};
+    if (!current.isEmpty())
+        properties[u"currentFolder"_s] = current;
+    const QUrl picked = run(u"FolderPanel"_s, properties, "selectedFolder").toUrl();
     return picked.isEmpty() ? std::nullopt : std::optional(picked);
 }
 
@@ -120,6 +134,7 @@ QVariant Panels::run(const QString &type, const QVariantMap &properties, const c
     QObject::connect(panel.get(), SIGNAL(accepted()), &loop, SLOT(quit()));
     QObject::connect(panel.get(), SIGNAL(rejected()), &loop, SLOT(quit()));
     QMetaObject::invokeMethod(panel.get(), "open");
+    nameUpButton(m_window->contentItem());
     loop.exec();
     constexpr int acceptedResult = 1; // of the dialogs' StandardCode
     return panel->property("result").toInt() == acceptedResult ? panel->property(result)

@@ -3,6 +3,7 @@
 
 #include "ui/pixpressapp.h"
 
+#include "ui/accessibility.h"
 #include "ui/droppedfiles.h"
 #include "ui/engine.h"
 #include "ui/intake.h"
@@ -65,6 +66,11 @@ bool PixpressApp::show(QQmlApplicationEngine &engine)
         readAhead(engine, u"TaskListView"_s);
         readAhead(engine, u"SettingsSheet"_s);
         m_worker.start();
+    });
+    // The focus is where it was, for which Qt has no word to screen readers.
+    connect(window, &QWindow::activeChanged, window, [window] {
+        if (window->isActive())
+            Accessibility::moveTo(window->activeFocusItem());
     });
     // Once the window exists: also when it was started from a terminal it shall be in front.
     QMetaObject::invokeMethod(

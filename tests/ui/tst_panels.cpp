@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
 #include "pipeline/settings.h"
+#include "ui/appearance.h"
 #include "ui/engine.h"
 #include "ui/pixpressapp.h"
 
@@ -26,11 +27,13 @@ private Q_SLOTS:
     void cleanup();
 
     void filePanel_offersPicturesOfEitherCaseFirst();
+    void filePanel_isDarkAndHasNoButtonWithoutName();
     void filePanel_opensWhereThePicturesAre();
     void openedFile_isAdded();
     void cancelledFilePanel_addsNothing_data();
     void cancelledFilePanel_addsNothing();
     void chosenFolder_isTheOneToSaveTo();
+    void folderPanel_opensAtTheFolderAndTakesItWithoutSubfolders();
     void cancelledFolderPanel_keepsTheFolder();
 
 private:
@@ -207,6 +210,25 @@ void PanelsTest::filePanel_offersPicturesOfEitherCaseFirst()
     });
 }
 
+void PanelsTest::filePanel_isDarkAndHasNoButtonWithoutName()
+{
+    const QColor background = m_window->color();
+    auto *appearance =
+        m_engine->singletonInstance<Appearance *>(qmlTypeId("Pixpress", 1, 0, "Appearance"));
+    appearance->setPreferences({.dark = true});
+    QVERIFY(m_window->color() != background);
+    pickFiles([this] {
+        const auto *palette =
+            item(u"dialogTitleBarLabel"_s)->property("palette").value<QObject *>();
+        QCOMPARE(palette->property("window").value<QColor>(), m_window->color());
+        const auto *nameless = search(m_window->contentItem(), [](const QQuickItem *item) {
+            return item->inherits("QQuickButton") && item->property("text").toString().isEmpty();
+        });
+        QVERIFY2(!nameless, nameless ? nameless->metaObject()->className() : "");
+    });
+    appearance->setPreferences({});
+}
+
 void PanelsTest::filePanel_opensWhereThePicturesAre()
 {
     pickFiles([this] { QCOMPARE(folder(), QUrl::fromLocalFile(m_home.filePath(u"Pictures"_s))); });
@@ -255,6 +277,18 @@ void PanelsTest::chosenFolder_isTheOneToSaveTo()
     });
     QCOMPARE(m_app->appState()->options().customFolderURL,
              std::optional(QUrl::fromLocalFile(m_home.filePath(u"folder"_s))));
+}
+
+void PanelsTest::folderPanel_opensAtTheFolderAndTakesItWithoutSubfolders()
+{
+    CompressionOptions options;
+    options.customFolderURL = QUrl::fromLocalFile(m_home.filePath(u"Pictures/folder"_s));
+    m_app->appState()->setOptions(options);
+    pickFolder([this] {
+        QCOMPARE(folder(), QUrl::fromLocalFile(m_home.filePath(u"Pictures/folder"_s)));
+        press(u"Select Folder"_s);
+    });
+    QCOMPARE(m_app->appState()->options(), options);
 }
 
 void PanelsTest::cancelledFolderPanel_keepsTheFolder()

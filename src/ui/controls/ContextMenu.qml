@@ -26,6 +26,9 @@ T.Menu {
             x -= width;
     }
 
+    Component.onCompleted: contentItem.parent.Accessible.name = title.replace("&", "")
+    onOpened: Accessibility.moveTo(currentIndex < 0 ? contentItem.parent : itemAt(currentIndex))
+
     delegate: ContextMenuItem {}
 
     contentItem: ListView {

@@ -21,6 +21,8 @@ T.Popup {
 
     // The item around the content, to which assistive technology is led, has no other way in.
     Component.onCompleted: contentItem.parent.Accessible.name = title
+    // Where the focus is was reported while the sheet was still fading in, and so not shown.
+    onOpened: Accessibility.moveTo(contentItem.Window.activeFocusItem)
 
     T.Overlay.modal: Rectangle {
         color: Theme.dimming
