@@ -3,12 +3,97 @@
 
 #include "ui/accessibleentry.h"
 
+#include <algorithm>
+#include <cstdlib>
+#include <utility>
+
 namespace pixpress {
+
+namespace {
+
+bool isPassword(const QObject *item)
+{
+    return item->property("echoMode").toInt() != 0; // Normal
+}
+
+bool carriesText(QAccessible::Event type)
+{
+    return type == QAccessible::TextInserted || type == QAccessible::TextRemoved ||
+           type == QAccessible::TextUpdated;
+}
+
+void passOn(QAccessibleEvent *event)
+{
+    const auto handler = QAccessible::installUpdateHandler(nullptr); // which is to the platform
+    QAccessible::updateAccessibility(event);
+    QAccessible::installUpdateHandler(handler);
+}
+
+/// Qt Quick reports the text that is set in a password field as it is, and screen readers read it
+/// out.
+void passOnUnlessSecret(QAccessibleEvent *event)
+{
+    const QObject *item = event->object();
+    if (!carriesText(event->type()) || !item || !isPassword(item))
+        passOn(event);
+}
+
+/// Reports what is typed into a password field, as dots: Qt Quick reports nothing of it, and a
+/// screen reader would be silent.
+class PasswordTyping : public QObject
+{
+    Q_OBJECT
+
+public:
+    explicit PasswordTyping(QQuickItem *field) : QObject(field), m_field(field), m_length(length())
+    {
+        connect(field, SIGNAL(displayTextChanged()), this, SLOT(report()));
+    }
+
+private Q_SLOTS:
+    void report()
+    {
+        const int before = std::exchange(m_length, length());
+        const int grown = m_length - before;
+        if (grown == 0 || !isPassword(m_field) || !m_field->hasActiveFocus())
+            return;
+        const int cursor = m_field->property("cursorPosition").toInt();
+        const QString dots(std::abs(grown), u'•');
+        if (grown > 0) {
+            QAccessibleTextInsertEvent event(m_field, std::max(0, cursor - grown), dots);
+            passOn(&event);
+        } else {
+            QAccessibleTextRemoveEvent event(m_field, cursor, dots);
+            passOn(&event);
+        }
+    }
+
+private:
+    int length() const
+    {
+        return static_cast<int>(m_field->property("displayText").toString().size());
+    }
+
+    QQuickItem *const m_field;
+    int m_length;
+};
+
+} // namespace
+
+void keepPasswordsFromEvents()
+{
+    QAccessible::installUpdateHandler(&passOnUnlessSecret);
+}
+
+AccessibleEntry::AccessibleEntry(QQuickItem *item) : AccessibleItem(item)
+{
+    new PasswordTyping(item);
+}
 
 QAccessible::State AccessibleEntry::state() const
 {
     QAccessible::State state = AccessibleItem::state();
-    state.passwordEdit = item()->property("echoMode").toInt() != 0; // Normal
+    state.passwordEdit = isPassword(item());
     state.editable = !item()->property("readOnly").toBool();
     state.readOnly = !state.editable;
     state.selectableText = true;
@@ -145,3 +230,5 @@ void AccessibleEntry::replaceText(int start, int end, const QString &text)
 }
 
 } // namespace pixpress
+
+#include "accessibleentry.moc"

@@ -7,6 +7,9 @@
 
 namespace pixpress {
 
+/// From then on no event that Qt reports to assistive technology carries the text of a password.
+void keepPasswordsFromEvents();
+
 /// A line of text: what it shows can be read, so of a password the dots alone, and it can be
 /// edited. Its property `label` names it, since Qt Quick has no name for a password.
 class AccessibleEntry final : public AccessibleItem,
@@ -14,7 +17,7 @@ class AccessibleEntry final : public AccessibleItem,
                               public QAccessibleEditableTextInterface
 {
 public:
-    using AccessibleItem::AccessibleItem;
+    explicit AccessibleEntry(QQuickItem *item);
 
     QAccessible::State state() const override;
     QString text(QAccessible::Text type) const override;

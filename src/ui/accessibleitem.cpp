@@ -233,6 +233,7 @@ void AccessibleItem::doAction(const QString &name)
 void installAccessibleItems()
 {
     QAccessible::installFactory(&makeInterface);
+    keepPasswordsFromEvents();
 }
 
 } // namespace pixpress
