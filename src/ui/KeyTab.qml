@@ -105,14 +105,16 @@ ColumnLayout {
                 spacing: 4
 
                 Text {
+                    id: offer
+
                     text: qsTr("Get your free key (500 compressions/month) at")
                     font: Theme.caption
                     color: Theme.secondary
                     textFormat: Text.PlainText
-                    Accessible.role: Accessible.StaticText
-                    Accessible.name: text
+                    Accessible.ignored: true // half a sentence: the link has it for its description
                 }
                 LinkLabel {
+                    Accessible.description: offer.text
                     text: About.developersTitle
                     page: About.developersPage
                 }

@@ -21,6 +21,7 @@ FormSection {
                 objectName: "destination"
                 width: parent.width
                 label: qsTr("Save to")
+                hint: root.options.destinationDescription
                 model: root.options.destinations
                 currentIndex: root.options.destination
                 onPicked: index => root.options.destination = index
@@ -29,6 +30,7 @@ FormSection {
                 objectName: "destinationDescription"
                 width: parent.width
                 text: root.options.destinationDescription
+                Accessible.ignored: true // the choice above has it for its description
             }
         }
     }

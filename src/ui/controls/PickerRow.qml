@@ -11,6 +11,7 @@ Column {
     required property string label
     property alias model: picker.model
     property alias currentIndex: picker.currentIndex
+    property alias hint: picker.hint
 
     signal picked(int index)
 

@@ -12,6 +12,7 @@ T.ComboBox {
     id: root
 
     required property string label ///< What is chosen; for assistive technology.
+    property string hint: "" ///< What the choice means; for assistive technology.
     /// Of the list, which is not made before it is opened.
     readonly property bool accessibleExpanded: down && popup.opened
 
@@ -25,7 +26,7 @@ T.ComboBox {
 
     Accessible.role: Accessible.ComboBox
     Accessible.name: label
-    Accessible.description: displayText
+    Accessible.description: hint === "" ? displayText : `${displayText}. ${hint}`
     Accessible.onPressAction: {
         forceActiveFocus(Qt.OtherFocusReason);
         popup.open();
