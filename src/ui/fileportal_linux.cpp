@@ -14,10 +14,7 @@
 #include <QGuiApplication>
 #include <QWindow>
 
-#include <chrono>
-
 using namespace Qt::StringLiterals;
-using namespace std::chrono_literals;
 
 namespace pixpress {
 
@@ -25,9 +22,6 @@ namespace {
 
 const QString portalService = u"org.freedesktop.portal.Desktop"_s;
 const QString portalPath = u"/org/freedesktop/portal/desktop"_s;
-
-/// The portal answers at once that it will ask; one that does not is as good as none.
-constexpr std::chrono::milliseconds answerLimit = 5s;
 
 struct Pattern
 {
@@ -149,15 +143,14 @@ public:
         const QString sender = m_bus.baseService().mid(1).replace(u'.', u'_');
         m_handle = u"%1/request/%2/%3"_s.arg(portalPath, sender, token);
         // Before the call: the answer may come sooner than the call returns.
-        m_bus.connect(portalService, m_handle, u"org.freedesktop.portal.Request"_s, u"Response"_s, this,
-                      SLOT(onResponse(uint, QVariantMap)));
+        m_bus.connect(portalService, m_handle, u"org.freedesktop.portal.Request"_s, u"Response"_s,
+                      this, SLOT(onResponse(uint, QVariantMap)));
         connect(&m_portal, &QDBusServiceWatcher::serviceUnregistered, this, &Request::giveUp);
 
         auto call = QDBusMessage::createMethodCall(
             portalService, portalPath, u"org.freedesktop.portal.FileChooser"_s, u"OpenFile"_s);
         call.setArguments({nameOf(window), choice.title, optionsFor(choice, token)});
-        auto *watcher = new QDBusPendingCallWatcher(
-            m_bus.asyncCall(call, static_cast<int>(answerLimit.count())), this);
+        auto *watcher = new QDBusPendingCallWatcher(m_bus.asyncCall(call), this);
         connect(watcher, &QDBusPendingCallWatcher::finished, this, [this, watcher] {
             if (watcher->isError())
                 giveUp();
