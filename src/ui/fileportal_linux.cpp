@@ -131,12 +131,12 @@ public:
 };
 
 /// One request to the portal, until it is answered.
-class Request : public QObject
+class PortalRequest : public QObject
 {
     Q_OBJECT
 
 public:
-    Request(const FileChoice &choice, QWindow &window)
+    PortalRequest(const FileChoice &choice, QWindow &window)
     {
         static int count = 0;
         const QString token = u"pixpress%1"_s.arg(++count);
@@ -145,7 +145,7 @@ public:
         // Before the call: the answer may come sooner than the call returns.
         m_bus.connect(portalService, m_handle, u"org.freedesktop.portal.Request"_s, u"Response"_s,
                       this, SLOT(onResponse(uint, QVariantMap)));
-        connect(&m_portal, &QDBusServiceWatcher::serviceUnregistered, this, &Request::giveUp);
+        connect(&m_portal, &QDBusServiceWatcher::serviceUnregistered, this, &PortalRequest::giveUp);
 
         auto call = QDBusMessage::createMethodCall(
             portalService, portalPath, u"org.freedesktop.portal.FileChooser"_s, u"OpenFile"_s);
@@ -201,7 +201,7 @@ std::optional<QList<QUrl>> chooseThroughPortal(const FileChoice &choice, QWindow
     qDBusRegisterMetaType<PortalFilter>();
     qDBusRegisterMetaType<QList<PortalFilter>>();
     const InputBlock block(window);
-    return Request(choice, window).run();
+    return PortalRequest(choice, window).run();
 }
 
 } // namespace pixpress
