@@ -4,8 +4,8 @@
 #include "cli/application.h"
 
 #include "cli/arguments.h"
-#include "cli/interrupt.h"
 #include "cli/run.h"
+#include "pipeline/interrupt.h"
 #include "pipeline/queue.h"
 #include "pipeline/quota.h"
 #include "pipeline/settings.h"
@@ -42,7 +42,8 @@ void useUtf8()
         qputenv("LC_ALL", "C.UTF-8");
 }
 
-int run(QCoreApplication &app, const Arguments &arguments, CompressionQueue &queue)
+int run(QCoreApplication &app, const Arguments &arguments, CompressionQueue &queue,
+        SettingsStore &settings)
 {
     const auto inputs = collectInputs(arguments);
     if (!inputs) {
@@ -51,9 +52,10 @@ int run(QCoreApplication &app, const Arguments &arguments, CompressionQueue &que
     }
     Run run(arguments, *inputs, queue);
     QObject::connect(&run, &Run::finished, &app, &QCoreApplication::exit);
-    onInterrupt(&app, [&run] {
+    onInterrupt(&app, [&run, &settings] {
         run.interrupt();
-        // Here nothing is being written, and everything else is in memory.
+        settings.flush();
+        // Here no file is being written, and everything else is in memory.
         std::_Exit(interruptedStatus);
     });
     run.start();
@@ -66,7 +68,7 @@ int runRemotely(QCoreApplication &app, const Arguments &arguments, const Service
     QuotaTracker quota(settings);
     CompressionQueue queue(settings, service);
     queue.setQuotaTracker(&quota);
-    return run(app, arguments, queue);
+    return run(app, arguments, queue, settings);
 }
 
 int runLocally(QCoreApplication &app, const Arguments &arguments)
@@ -74,7 +76,7 @@ int runLocally(QCoreApplication &app, const Arguments &arguments)
     TransientSettings settings;
     Worker worker;
     CompressionQueue queue(settings, std::make_unique<LocalService>(worker), arguments.jobs);
-    return run(app, arguments, queue);
+    return run(app, arguments, queue, settings);
 }
 
 } // namespace

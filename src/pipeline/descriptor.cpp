@@ -9,9 +9,17 @@
 #include <cerrno>
 #include <fcntl.h>
 #include <new>
-#include <sys/resource.h>
-#include <sys/stat.h>
+#include <sys/file.h>
+#include <thread>
 #include <unistd.h>
+
+#ifdef Q_OS_LINUX
+#include <linux/fs.h>
+#include <sys/ioctl.h>
+#endif
+
+using namespace std::chrono_literals;
+using namespace Qt::StringLiterals;
 
 namespace pixpress {
 
@@ -20,8 +28,6 @@ namespace {
 // Some systems refuse calls for more than 2 GB.
 constexpr qint64 largestCall = 1 << 30;
 
-constexpr mode_t leaveItToTheUmask = 0666;
-
 /// Makes the call again as long as signals interrupt it.
 template <typename Call>
 auto uninterrupted(Call call)
@@ -29,6 +35,19 @@ auto uninterrupted(Call call)
     auto result = call();
     while (result == -1 && errno == EINTR)
         result = call();
+    return result;
+}
+
+/// Makes the call again as long as another program is in its way.
+template <typename Call>
+auto patiently(std::chrono::milliseconds wait, Call call)
+{
+    const auto end = std::chrono::steady_clock::now() + wait;
+    auto result = uninterrupted(call);
+    while (result == -1 && errno == EWOULDBLOCK && std::chrono::steady_clock::now() < end) {
+        std::this_thread::sleep_for(10ms);
+        result = uninterrupted(call);
+    }
     return result;
 }
 
@@ -41,14 +60,27 @@ Descriptor::Result<> toResult(bool succeeded)
 
 } // namespace
 
-Descriptor::Result<Descriptor> Descriptor::open(const QString &path, int flags)
+QString Descriptor::describe(int error)
+{
+    switch (error) {
+    case notAFile:
+    case EISDIR:
+    case ENXIO: // of a socket
+        return u"It is not a regular file"_s;
+    case cutShort: return u"It became smaller while it was read"_s;
+    case changed: return u"It has changed since it was read"_s;
+    case EWOULDBLOCK: return u"Another program is using it"_s;
+    default: return qt_error_string(error);
+    }
+}
+
+Descriptor::Result<Descriptor> Descriptor::open(const QString &path, int flags, mode_t mode)
 {
     const QByteArray name = QFile::encodeName(path);
     if (name.contains('\0')) // The system would open what is named before it.
         return std::unexpected(EINVAL);
-    const int descriptor = uninterrupted([&] {
-        return ::open(name.constData(), flags | O_CLOEXEC | O_NOCTTY | O_NONBLOCK,
-                      leaveItToTheUmask);
+    const int descriptor = patiently(patience, [&] {
+        return ::open(name.constData(), flags | O_CLOEXEC | O_NOCTTY | O_NONBLOCK, mode);
     });
     if (descriptor == -1)
         return std::unexpected(errno);
@@ -70,27 +102,36 @@ Descriptor::~Descriptor()
         ::close(m_descriptor);
 }
 
-Descriptor::Result<qint64> Descriptor::size() const
+Descriptor::Result<struct stat> Descriptor::status() const
 {
     struct stat status = {};
     if (fstat(m_descriptor, &status) != 0)
         return std::unexpected(errno);
     if (!S_ISREG(status.st_mode))
         return std::unexpected(notAFile);
-    return status.st_size;
+    return status;
+}
+
+bool Descriptor::isAt(const QString &path) const
+{
+    struct stat there = {};
+    const auto here = status();
+    return here && ::stat(QFile::encodeName(path).constData(), &there) == 0 &&
+           there.st_dev == here->st_dev && there.st_ino == here->st_ino;
 }
 
 Descriptor::Result<QByteArray> Descriptor::readAll()
 {
-    const auto expected = size();
-    if (!expected)
-        return std::unexpected(expected.error());
+    const auto status = this->status();
+    if (!status)
+        return std::unexpected(status.error());
+    const qint64 expected = status->st_size;
 
     QByteArray content;
     qint64 done = 0;
     try {
         // One byte more, so that the end of a file of that size is met without adding room.
-        content = QByteArray(*expected + 1, Qt::Uninitialized);
+        content = QByteArray(expected + 1, Qt::Uninitialized);
         while (true) {
             const auto got = uninterrupted([&] {
                 return pread(m_descriptor, content.data() + done,
@@ -108,19 +149,19 @@ Descriptor::Result<QByteArray> Descriptor::readAll()
     } catch (const std::bad_alloc &) {
         return std::unexpected(ENOMEM);
     }
-    if (done < *expected)
+    if (done < expected)
         return std::unexpected(cutShort);
     content.resize(done);
     return content;
 }
 
-Descriptor::Result<> Descriptor::writeAll(const QByteArray &bytes, qint64 &written)
+Descriptor::Result<> Descriptor::writeAll(const QByteArray &bytes, qint64 &written, qint64 offset)
 {
     for (written = 0; written < bytes.size();) {
         const auto put = uninterrupted([&] {
             return pwrite(m_descriptor, bytes.constData() + written,
                           static_cast<size_t>(std::min(bytes.size() - written, largestCall)),
-                          written);
+                          offset + written);
         });
         if (put < 0)
             return std::unexpected(errno);
@@ -131,6 +172,16 @@ Descriptor::Result<> Descriptor::writeAll(const QByteArray &bytes, qint64 &writt
     return {};
 }
 
+Descriptor::Result<> Descriptor::cloneFrom([[maybe_unused]] const Descriptor &other)
+{
+#ifdef FICLONE
+    return toResult(
+        uninterrupted([&] { return ioctl(m_descriptor, FICLONE, other.m_descriptor); }) == 0);
+#else
+    return std::unexpected(ENOTSUP);
+#endif
+}
+
 Descriptor::Result<> Descriptor::giveName(const QString &path)
 {
     // linkat() takes a descriptor itself only from privileged processes.
@@ -138,37 +189,6 @@ Descriptor::Result<> Descriptor::giveName(const QString &path)
     const QByteArray name = QFile::encodeName(path);
     return toResult(
         linkat(AT_FDCWD, self.constData(), AT_FDCWD, name.constData(), AT_SYMLINK_FOLLOW) == 0);
-}
-
-Descriptor::Result<> Descriptor::reserve(qint64 size)
-{
-    if (size == 0)
-        return {};
-    // What a limit of the process forbids is only met in the midst of writing.
-    rlimit limit{};
-    if (getrlimit(RLIMIT_FSIZE, &limit) == 0 && static_cast<rlim_t>(size) > limit.rlim_cur)
-        return std::unexpected(EFBIG);
-#ifdef FALLOC_FL_KEEP_SIZE
-    // The size stays: if the process ends now, the file is as it was.
-    const int reserved =
-        uninterrupted([&] { return fallocate(m_descriptor, FALLOC_FL_KEEP_SIZE, 0, size); });
-    if (reserved == 0 || errno != EOPNOTSUPP)
-        return toResult(reserved == 0);
-#endif
-#if defined(_POSIX_ADVISORY_INFO) && _POSIX_ADVISORY_INFO > 0
-    int error = 0;
-    do {
-        error = posix_fallocate(m_descriptor, 0, size);
-    } while (error == EINTR);
-    if (error != 0)
-        return std::unexpected(error);
-    return {};
-#else
-    const auto present = this->size();
-    return !present          ? std::unexpected(present.error())
-           : size > *present ? resize(size)
-                             : Result<>();
-#endif
 }
 
 Descriptor::Result<> Descriptor::resize(qint64 size)
@@ -181,11 +201,29 @@ Descriptor::Result<> Descriptor::sync()
     return toResult(uninterrupted([&] { return fsync(m_descriptor); }) == 0);
 }
 
-Descriptor::Result<> Descriptor::close()
+Descriptor::Result<> Descriptor::syncFolder(const QString &folder,
+                                            [[maybe_unused]] const Descriptor &inside)
 {
-    // Closed it is in any case, also when that was interrupted.
-    const int result = ::close(std::exchange(m_descriptor, -1));
-    return toResult(result == 0 || errno == EINTR);
+    auto opened = open(folder, O_RDONLY | O_DIRECTORY);
+#ifdef Q_OS_LINUX
+    if (!opened && opened.error() == EACCES) // a folder that can be written to, but not listed
+        return toResult(syncfs(inside.m_descriptor) == 0);
+#endif
+    if (!opened)
+        return std::unexpected(opened.error());
+    const auto synced = opened->sync();
+    if (!synced && synced.error() == EINVAL) // Some network file systems do it on their own.
+        return {};
+    return synced;
+}
+
+Descriptor::Result<> Descriptor::lock(int operation, std::chrono::milliseconds wait)
+{
+    const bool locked =
+        patiently(wait, [&] { return flock(m_descriptor, operation | LOCK_NB); }) == 0;
+    if (!locked && errno == EWOULDBLOCK)
+        return std::unexpected(EWOULDBLOCK);
+    return {};
 }
 
 } // namespace pixpress

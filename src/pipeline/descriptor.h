@@ -6,15 +6,17 @@
 #include <QByteArray>
 #include <QString>
 
+#include <chrono>
 #include <expected>
+#include <sys/stat.h>
 #include <utility>
 
 namespace pixpress {
 
 /// An open file of the system, closed with this object. Every call is one that QFile would make,
-/// but each failure of the disk is told (QFile takes some for the end of the file), and the file
-/// that is looked at is the one that was opened. Errors are values of errno, or those below. All
-/// calls wait for the disk.
+/// but each failure of the disk is reported (QFile takes some for the end of the file), and the
+/// file that is looked at is the one that was opened. Errors are values of errno, or those below.
+/// All calls wait for the disk.
 class Descriptor
 {
 public:
@@ -23,10 +25,19 @@ public:
 
     static constexpr int notAFile = -1;
     static constexpr int cutShort = -2;
+    static constexpr int changed = -3;
 
-    /// Never waits for the other end of a pipe. `flags` are those of open(2); a file that is made
-    /// has the permissions that the umask leaves.
-    static Result<Descriptor> open(const QString &path, int flags);
+    /// How long open() and lock() wait for another program at most. Short enough for a person who
+    /// waits, and for a process that is asked to end.
+    static constexpr std::chrono::milliseconds patience{1000};
+
+    /// An error in words, without a full stop.
+    static QString describe(int error);
+
+    /// Never waits for the other end of a pipe; waits for a lease, as file servers take them, and
+    /// then fails with EWOULDBLOCK. `flags` are those of open(2); `mode` are the permissions of a
+    /// file that is made, less those that the umask forbids.
+    static Result<Descriptor> open(const QString &path, int flags, mode_t mode = 0666);
     /// A new file in a folder, to be written. It has no name, and is gone when it gets none before
     /// it is closed or the process ends, however that ends. Not every file system can do this.
     static Result<Descriptor> openUnnamed(const QString &folder);
@@ -41,25 +52,30 @@ public:
 
     int get() const { return m_descriptor; } ///< Still owned by this object.
 
-    /// In bytes; fails with notAFile for what is no regular file, such as a folder or a pipe.
-    Result<qint64> size() const;
+    /// Fails with notAFile for what is no regular file, such as a folder or a pipe.
+    Result<struct stat> status() const;
+    /// Whether this path leads to this file, and not to one that has taken its place.
+    bool isAt(const QString &path) const;
 
-    /// All of it, wherever the file's offset stands. Fails with notAFile as size() does, and with
+    /// All of it, wherever the file's offset is. Fails with notAFile as status() does, and with
     /// cutShort when it ends before the size that it had at first: half a picture is none.
     Result<QByteArray> readAll();
-    /// Writes from the start on. `written` tells how many bytes, also after an error.
-    Result<> writeAll(const QByteArray &bytes, qint64 &written);
+    /// Writes at `offset`. `written` is how many bytes were, also after an error.
+    Result<> writeAll(const QByteArray &bytes, qint64 &written, qint64 offset = 0);
+    /// Makes this file's content that of another without copying it. Not every file system can.
+    Result<> cloneFrom(const Descriptor &other);
     /// Gives an unnamed file its name; never that of something that is there.
     Result<> giveName(const QString &path);
-    /// Makes sure that the file system has room for so many bytes of this file. Where the system
-    /// knows no better, the file grows to that size.
-    Result<> reserve(qint64 size);
     /// Cuts the file to so many bytes, or fills it up with zeros.
     Result<> resize(qint64 size);
-    /// Returns when the data is on the disk.
+    /// Returns when content and size are on the disk.
     Result<> sync();
-    /// Closes early, to learn of errors that are only told then.
-    Result<> close();
+    /// Returns when the names in a folder are on the disk; `inside` is any file there.
+    static Result<> syncFolder(const QString &folder, const Descriptor &inside);
+    /// Takes a lock of flock(2), LOCK_SH or LOCK_EX, that other programs may respect and other
+    /// copies of this one do; it ends with this object. Fails with EWOULDBLOCK when another
+    /// program keeps it for longer than `wait`. Where there are no such locks it succeeds.
+    Result<> lock(int operation, std::chrono::milliseconds wait = patience);
 
 private:
     explicit Descriptor(int descriptor) : m_descriptor(descriptor) {}

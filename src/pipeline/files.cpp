@@ -4,14 +4,15 @@
 #include "pipeline/files.h"
 
 #include "pipeline/descriptor.h"
+#include "pipeline/newfile.h"
 #include "pipeline/outputname.h"
+#include "pipeline/overwrite.h"
 
-#include <QFile>
 #include <QFileInfo>
 
 #include <cerrno>
 #include <fcntl.h>
-#include <optional>
+#include <sys/file.h>
 
 using namespace Qt::StringLiterals;
 
@@ -19,40 +20,19 @@ namespace pixpress {
 
 namespace {
 
-QString describe(int error)
-{
-    switch (error) {
-    case Descriptor::notAFile:
-    case EISDIR:
-    case ENXIO: // of a socket
-        return u"It is not a regular file"_s;
-    case Descriptor::cutShort: return u"It became smaller while it was read"_s;
-    default: return qt_error_string(error);
-    }
-}
-
-/// Of writing. The error is one of Descriptor's; nothing was written when it is EEXIST.
-struct Failure
-{
-    int error = 0;
-    QString reason = describe(error);
-};
-
-using Outcome = std::expected<void, Failure>;
-
 std::unexpected<QString> sentence(const QString &verb, const QUrl &url, const QString &reason)
 {
     return std::unexpected(
         u"Could not %1 \"%2\": %3."_s.arg(verb, QFileInfo(url.toLocalFile()).fileName(), reason));
 }
 
-const QString notRestored = u", and its old content could not be put back completely"_s;
-
-Outcome toOutcome(const Descriptor::Result<> &result)
+/// Why a file cannot be opened. Qt replaces the bytes that are no text, and another name is looked
+/// for than the one that is there.
+QString whyUnreadable(const QString &path, int error)
 {
-    if (!result)
-        return std::unexpected(Failure{result.error()});
-    return {};
+    if (error == ENOENT && path.contains(QChar::ReplacementCharacter))
+        return u"Its name, or that of a folder, is not valid UTF-8 text. Rename it first"_s;
+    return Descriptor::describe(error);
 }
 
 /// The file that a symbolic link makes when it is written to, or nothing when `path` is no link or
@@ -67,131 +47,63 @@ QString dangling(const QString &path)
     return info.isSymLink() || info.filePath() == path ? QString() : info.filePath();
 }
 
-/// Replaces the content of an open file. The data has reached the disk when this succeeds: until
-/// then an existing picture has only its copy in memory. `touched`: whether anything changed.
-Descriptor::Result<> replaceContent(Descriptor &file, const QByteArray &bytes, bool &touched)
+/// Makes a file that is not there yet.
+Descriptor::Result<> writeNew(const QString &path, const QByteArray &bytes)
 {
-    qint64 done = 0;
-    const auto written = file.writeAll(bytes, done);
-    touched = done > 0;
-    if (!written)
-        return written;
-    if (const auto resized = file.resize(bytes.size()); !resized)
-        return resized;
-    touched = true;
-    return file.sync();
-}
-
-Outcome overwrite(const QString &path, const QByteArray &bytes)
-{
-    // Some devices do something when they are opened.
-    if (const QFileInfo info(path); info.exists() && !info.isFile())
-        return std::unexpected(Failure{Descriptor::notAFile});
-    auto file = Descriptor::open(path, O_RDWR);
-    if (!file)
-        return std::unexpected(Failure{file.error()});
-
-    const auto old = file->readAll();
-    if (!old && old.error() == Descriptor::notAFile)
-        return std::unexpected(Failure{old.error()});
-    if (!old)
-        return std::unexpected(Failure{EIO, u"Its present content could not be kept safe"_s});
-
-    bool touched = false;
-    auto written = file->reserve(bytes.size());
-    if (written)
-        written = replaceContent(*file, bytes, touched);
-    if (written)
-        return {};
-
-    Failure failure{written.error()};
-    const bool restored = touched ? replaceContent(*file, *old, touched).has_value()
-                                  : file->resize(old->size()).has_value();
-    if (!restored)
-        failure.reason += notRestored;
-    return std::unexpected(failure);
-}
-
-Outcome taken()
-{
-    return std::unexpected(Failure{EEXIST});
-}
-
-/// Closes what was written; removes it when the disk reports an error only now.
-Outcome finish(Descriptor &file, const QString &path)
-{
-    const auto closed = file.close();
-    if (!closed)
-        QFile::remove(path);
-    return toOutcome(closed);
-}
-
-/// The file has its name only when it is whole: whenever the process is killed, nothing is half
-/// done. Returns nothing where files cannot be made in this way.
-std::optional<Outcome> makeUnnamed(const QString &path, const QByteArray &bytes)
-{
-    auto file = Descriptor::openUnnamed(QFileInfo(path).path());
-    if (!file)
-        return std::nullopt;
-    qint64 done = 0;
-    if (const auto written = file->writeAll(bytes, done); !written)
-        return toOutcome(written);
-    if (const auto named = file->giveName(path); !named)
-        return named.error() == EEXIST ? std::optional(taken()) : std::nullopt;
-    return finish(*file, path);
-}
-
-Outcome makeNamed(const QString &path, const QByteArray &bytes)
-{
-    auto file = Descriptor::open(path, O_WRONLY | O_CREAT | O_EXCL);
-    if (!file)
-        return std::unexpected(Failure{file.error()});
-    qint64 done = 0;
-    if (const auto written = file->writeAll(bytes, done); !written) {
-        QFile::remove(path);
-        return toOutcome(written);
+    const auto content = [&bytes](Descriptor &file) {
+        qint64 written = 0;
+        return file.writeAll(bytes, written);
+    };
+    auto made = makeFile(path, content);
+    if (!made && made.error() == EEXIST) {
+        if (const QString target = dangling(path); !target.isEmpty())
+            made = makeFile(target, content);
     }
-    return finish(*file, path);
-}
-
-Outcome make(const QString &path, const QByteArray &bytes)
-{
-    if (const QFileInfo info(path); info.isSymLink() || info.exists())
-        return taken(); // Both ways would find out too, one of them only after writing.
-    const auto made = makeUnnamed(path, bytes);
-    return made ? *made : makeNamed(path, bytes);
-}
-
-/// Makes a file that is not there yet. Of one that cannot be written whole nothing remains.
-Outcome writeNew(const QString &path, const QByteArray &bytes)
-{
-    Outcome written = make(path, bytes);
-    if (!written && written.error().error == EEXIST) {
-        if (const QString made = dangling(path); !made.isEmpty())
-            written = make(made, bytes);
-    }
-    return written;
+    return made;
 }
 
 } // namespace
 
+std::expected<SourceFile, QString> readSource(const QUrl &source, const CompressionOptions &options)
+{
+    const OutputName name(source, options);
+    if (!name.isOnThisComputer()) {
+        return std::unexpected(
+            u"Could not write to \"%1\": It is not a folder on this computer."_s.arg(
+                options.customFolderURL->toDisplayString()));
+    }
+    if (name.replaces()) {
+        if (const QString reason = leftoverCopy(name.url().toLocalFile()); !reason.isEmpty())
+            return sentence(u"write"_s, name.url(), reason);
+    }
+    auto content = readFile(source);
+    if (!content)
+        return std::unexpected(content.error());
+    QByteArray digest = name.replacesSource() ? digestOf(*content) : QByteArray();
+    return SourceFile{.content = *std::move(content), .digest = std::move(digest)};
+}
+
 std::expected<QByteArray, QString> readFile(const QUrl &source)
 {
-    auto file = Descriptor::open(source.toLocalFile(), O_RDONLY);
+    const QString path = source.toLocalFile();
+    auto file = Descriptor::open(path, O_RDONLY);
     if (!file)
-        return sentence(u"read"_s, source, describe(file.error()));
+        return sentence(u"read"_s, source, whyUnreadable(path, file.error()));
+    (void)file->lock(LOCK_SH); // Not while a copy of this program is overwriting it.
     auto content = file->readAll();
     if (!content)
-        return sentence(u"read"_s, source, describe(content.error()));
+        return sentence(u"read"_s, source, Descriptor::describe(content.error()));
     return *std::move(content);
 }
 
 std::expected<QUrl, QString> writeOutput(const QUrl &source, const CompressionOptions &options,
-                                         const QByteArray &bytes)
+                                         const QByteArray &bytes, const QByteArray &digest)
 {
     const OutputName name(source, options);
     if (name.replaces()) {
-        if (auto written = writeFile(name.url(), bytes); !written)
+        if (auto written =
+                writeFile(name.url(), bytes, name.replacesSource() ? digest : QByteArray());
+            !written)
             return std::unexpected(written.error());
         return name.url();
     }
@@ -200,19 +112,24 @@ std::expected<QUrl, QString> writeOutput(const QUrl &source, const CompressionOp
         const auto written = writeNew(target.toLocalFile(), bytes);
         if (written)
             return target;
-        if (written.error().error != EEXIST)
-            return sentence(u"write"_s, target, written.error().reason);
+        if (written.error() != EEXIST)
+            return sentence(u"write"_s, target, Descriptor::describe(written.error()));
     }
 }
 
-std::expected<void, QString> writeFile(const QUrl &target, const QByteArray &bytes)
+std::expected<void, QString> writeFile(const QUrl &target, const QByteArray &bytes,
+                                       const QByteArray &digest)
 {
     const QString path = target.toLocalFile();
-    Outcome written = writeNew(path, bytes);
-    if (!written && written.error().error == EEXIST)
-        written = overwrite(path, bytes);
-    if (!written)
-        return sentence(u"write"_s, target, written.error().reason);
+    if (digest.isEmpty()) {
+        const auto made = writeNew(path, bytes);
+        if (made)
+            return {};
+        if (made.error() != EEXIST)
+            return sentence(u"write"_s, target, Descriptor::describe(made.error()));
+    }
+    if (const auto written = overwrite(path, bytes, digest); !written)
+        return sentence(u"write"_s, target, written.error());
     return {};
 }
 

@@ -16,6 +16,11 @@ QString folderOf(const QUrl &source)
     return path.first(path.lastIndexOf(u'/') + 1);
 }
 
+bool isNone(const QUrl &folder)
+{
+    return folder.isEmpty() || (folder.isLocalFile() && folder.toLocalFile().isEmpty());
+}
+
 } // namespace
 
 OutputName::OutputName(const QUrl &source, const CompressionOptions &options)
@@ -35,10 +40,10 @@ OutputName::OutputName(const QUrl &source, const CompressionOptions &options)
             m_whole = source;
         return;
     case OutputDestination::customFolder:
-        // An address that names no folder of this machine would lead to the root folder.
-        if (const QString chosen = options.customFolderURL.value_or(QUrl()).toLocalFile();
-            !chosen.isEmpty())
-            m_folder = chosen;
+        if (const QUrl folder = options.customFolderURL.value_or(QUrl()); !isNone(folder)) {
+            m_isOnThisComputer = folder.isLocalFile() && folder.host().isEmpty();
+            m_folder = folder.toLocalFile();
+        }
         if (!m_folder.endsWith(u'/'))
             m_folder += u'/';
         return;

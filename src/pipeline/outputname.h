@@ -11,7 +11,7 @@
 namespace pixpress {
 
 /// Where the output of a file goes. Does not look at the disk. The source must be a local file;
-/// without a folder chosen, or with one that is not of this machine, its own folder is taken.
+/// without a folder chosen its own is taken.
 class OutputName
 {
 public:
@@ -19,6 +19,10 @@ public:
 
     /// Whether the output replaces what has its name. Else it gets the first name that is free.
     bool replaces() const { return m_replaces; }
+    /// Whether that is the source itself.
+    bool replacesSource() const { return !m_whole.isEmpty(); }
+    /// Whether the chosen folder can be written to by its path. If not, there is no output.
+    bool isOnThisComputer() const { return m_isOnThisComputer; }
 
     /// The output's name, and those (from 1 on) that follow when that is taken.
     QUrl url(int number = 0) const;
@@ -29,6 +33,7 @@ private:
     QString m_baseName;
     QString m_extension;
     bool m_replaces = false;
+    bool m_isOnThisComputer = true;
 };
 
 } // namespace pixpress

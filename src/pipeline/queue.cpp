@@ -156,9 +156,9 @@ QCoro::Task<> CompressionQueue::processTask(QUuid taskId, CompressionOptions opt
     setStatus(index, status::Uploading{});
 
     // 3.
-    auto imageData = readFile(sourceURL);
-    if (!imageData)
-        co_return endTask(taskId, status::Failed{imageData.error()});
+    auto image = readSource(sourceURL, options);
+    if (!image)
+        co_return endTask(taskId, status::Failed{image.error()});
 
     // 4.
     setStatus(index, status::Compressing{});
@@ -166,7 +166,7 @@ QCoro::Task<> CompressionQueue::processTask(QUuid taskId, CompressionOptions opt
     const auto asked = options.toJSON() ? std::optional(options) : std::nullopt;
 
     // 5. The client gets the only reference to the image, so that its memory is free afterwards.
-    const auto response = co_await m_service->shrink(*std::move(imageData), asked, apiKey);
+    const auto response = co_await m_service->shrink(std::move(image->content), asked, apiKey);
     if (!response)
         co_return endTask(taskId, status::Failed{errorDescription(response.error())});
 
@@ -191,7 +191,7 @@ QCoro::Task<> CompressionQueue::processTask(QUuid taskId, CompressionOptions opt
         const TinifyError error{TinifyError::Case::downloadFailed};
         co_return endTask(taskId, status::Failed{error.errorDescription()});
     }
-    const auto outputURL = writeOutput(sourceURL, options, outputData);
+    const auto outputURL = writeOutput(sourceURL, options, outputData, image->digest);
     if (!outputURL)
         co_return endTask(taskId, status::Failed{outputURL.error()});
 

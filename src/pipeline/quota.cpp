@@ -50,8 +50,7 @@ void QuotaTracker::checkMonthRollover()
 
 void QuotaTracker::persist()
 {
-    m_settings.setValue(countEntry, m_currentCount);
-    m_settings.setValue(monthEntry, m_monthYear);
+    m_settings.setValues({{countEntry, m_currentCount}, {monthEntry, m_monthYear}});
 }
 
 void QuotaTracker::reset()

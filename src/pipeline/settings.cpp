@@ -27,40 +27,72 @@ QString pathOf(const QString &application)
 
 UserSettings::UserSettings(const QString &application) : m_path(pathOf(application))
 {
+    m_writer.setMaxThreadCount(1);
     if (QFile file(m_path); file.exists() && QFileInfo(file).isFile())
         file.setPermissions(QFileDevice::ReadOwner | QFileDevice::WriteOwner);
-    if (const auto entries = settingsfile::read(m_path); !entries)
+    if (auto entries = settingsfile::read(m_path))
+        m_stored = *std::move(entries);
+    else
         qWarning("The settings in \"%s\" cannot be read: %s", qUtf8Printable(m_path),
                  qUtf8Printable(entries.error()));
+}
+
+UserSettings::~UserSettings()
+{
+    flush();
 }
 
 /// Takes over what other copies have stored. What cannot be read now was perhaps read before.
 void UserSettings::refresh() const
 {
-    if (auto entries = settingsfile::read(m_path))
+    if (auto entries = settingsfile::read(m_path, {}))
         m_stored = *std::move(entries);
 }
 
 QVariant UserSettings::value(const QString &key) const
 {
+    const QMutexLocker lock(&m_mutex);
     if (const auto unstored = m_unstored.constFind(key); unstored != m_unstored.constEnd())
         return unstored->toVariant();
     refresh();
     return m_stored.value(key).toVariant();
 }
 
-void UserSettings::setValue(const QString &key, const QVariant &value)
+void UserSettings::setValues(const QVariantMap &values)
 {
-    m_unstored.insert(key, QJsonValue::fromVariant(value));
-    auto stored = settingsfile::merge(m_path, m_unstored);
-    if (stored) {
-        m_stored = *std::move(stored);
-        m_unstored = {};
-        m_complaint.clear();
-    } else if (m_complaint != stored.error()) {
+    const QMutexLocker lock(&m_mutex);
+    for (const auto &[key, value] : values.asKeyValueRange())
+        m_unstored.insert(key, QJsonValue::fromVariant(value));
+    m_writer.start([this] { store(); });
+}
+
+void UserSettings::flush()
+{
+    m_writer.waitForDone();
+}
+
+/// On the writer's thread. Stores what is pending by then; the next call may find nothing left.
+void UserSettings::store()
+{
+    QMutexLocker lock(&m_mutex);
+    const QJsonObject changes = m_unstored;
+    if (changes.isEmpty())
+        return;
+    lock.unlock();
+    auto stored = settingsfile::merge(m_path, changes);
+    if (!stored) {
+        if (m_complaint != stored.error())
+            qWarning("The settings could not be stored in \"%s\": %s", qUtf8Printable(m_path),
+                     qUtf8Printable(stored.error()));
         m_complaint = stored.error();
-        qWarning("The settings could not be stored in \"%s\": %s", qUtf8Printable(m_path),
-                 qUtf8Printable(m_complaint));
+        return;
+    }
+    m_complaint.clear();
+    lock.relock();
+    m_stored = *std::move(stored);
+    for (auto change = changes.begin(); change != changes.end(); ++change) {
+        if (m_unstored.value(change.key()) == change.value()) // not changed again meanwhile
+            m_unstored.remove(change.key());
     }
 }
 

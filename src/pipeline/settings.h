@@ -3,16 +3,18 @@
 
 #pragma once
 
-#include <QHash>
 #include <QJsonObject>
+#include <QMutex>
 #include <QString>
-#include <QVariant>
+#include <QThreadPool>
+#include <QVariantMap>
 
 #include <optional>
 
 namespace pixpress {
 
-/// The few values that outlive the process: strings and integers by key. Used on one thread.
+/// The few values that outlive the process: strings and integers by key. Used on one thread, which
+/// never waits for the disk but in flush().
 class SettingsStore
 {
 public:
@@ -23,13 +25,17 @@ public:
 
     /// An invalid value when there is no such entry.
     virtual QVariant value(const QString &key) const = 0;
-    /// When this returns the change has reached the disk, if there is one and it can be written.
-    virtual void setValue(const QString &key, const QVariant &value) = 0;
+    /// One change: either all of it or nothing is stored, after every earlier change, and soon.
+    virtual void setValues(const QVariantMap &values) = 0;
+    void setValue(const QString &key, const QVariant &value) { setValues({{key, value}}); }
+    /// When this returns all changes have reached the disk, if there is one and it can be written.
+    virtual void flush() {}
 };
 
 /// The user's settings, in a file that is readable by its owner alone, since the API key is among
-/// them. Running copies share it: each change is made to what the file holds at that moment, and
-/// waits for a copy that is writing, for a few seconds at most.
+/// them. Running copies share it: each change is made to what the file holds at that moment, by a
+/// thread of its own that waits for other copies. What is pending is stored before this object
+/// goes.
 ///
 /// What cannot be stored is kept until it can, or the process ends, and said on standard error. A
 /// file that cannot be read is not replaced; one that holds no settings is put aside first.
@@ -39,16 +45,22 @@ public:
     /// Applications of different names keep their settings apart.
     explicit UserSettings(const QString &application = QStringLiteral("Pixpress"));
 
+    ~UserSettings() override;
+
     QVariant value(const QString &key) const override;
-    void setValue(const QString &key, const QVariant &value) override;
+    void setValues(const QVariantMap &values) override;
+    void flush() override;
 
 private:
     void refresh() const;
+    void store();
 
     const QString m_path;
-    mutable QJsonObject m_stored; ///< As last read.
-    QJsonObject m_unstored;
-    QString m_complaint; ///< The last one, which is not repeated.
+    mutable QMutex m_mutex;       ///< For the two below.
+    mutable QJsonObject m_stored; ///< As last read or written.
+    QJsonObject m_unstored;       ///< What is newer.
+    QString m_complaint;          ///< The last one, which is not repeated. The writer's.
+    QThreadPool m_writer;         ///< Of one thread.
 };
 
 /// Settings that end with the process, for a run that is to leave no trace.
@@ -56,10 +68,10 @@ class TransientSettings : public SettingsStore
 {
 public:
     QVariant value(const QString &key) const override { return m_values.value(key); }
-    void setValue(const QString &key, const QVariant &value) override { m_values[key] = value; }
+    void setValues(const QVariantMap &values) override { m_values.insert(values); }
 
 private:
-    QHash<QString, QVariant> m_values;
+    QVariantMap m_values;
 };
 
 /// Despite its name this reads the settings store: the key is kept there in plain form.

@@ -3,6 +3,7 @@
 
 #include "ui/application.h"
 
+#include "pipeline/interrupt.h"
 #include "ui/accessibleitem.h"
 #include "ui/appearance.h"
 #include "ui/engine.h"
@@ -16,6 +17,8 @@
 #include <QLocale>
 #include <QQmlApplicationEngine>
 #include <QQuickWindow>
+
+#include <cstdlib>
 
 using namespace Qt::StringLiterals;
 
@@ -81,6 +84,12 @@ std::unique_ptr<QQmlApplicationEngine> Application::takeEngine()
 
 int Application::run(SettingsStore &settings, const std::optional<ServiceConfig> &service)
 {
+    onInterrupt(this, [&settings] {
+        settings.flush();
+        // Files are written on this thread: none is being written here. Everything else is in
+        // memory, and destroying it would wait for pictures that are being decoded.
+        std::_Exit(EXIT_SUCCESS);
+    });
     PixpressApp app(settings, service);
     const auto engine = takeEngine();
     if (!app.show(*engine))

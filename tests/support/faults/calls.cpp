@@ -11,7 +11,11 @@
 #include <cstdarg>
 #include <dlfcn.h>
 #include <fcntl.h>
+#include <linux/fs.h>
+#include <sys/file.h>
+#include <sys/ioctl.h>
 #include <sys/stat.h>
+#include <sys/syscall.h>
 #include <unistd.h>
 
 namespace pixpress::test::faults {
@@ -37,6 +41,12 @@ int call(Call call, File file, Work work)
     return result;
 }
 
+int refuse(int error)
+{
+    errno = error;
+    return -1;
+}
+
 bool isUnnamed(int flags)
 {
     return (flags & O_TMPFILE) == O_TMPFILE;
@@ -50,12 +60,32 @@ mode_t modeOf(int flags, va_list more)
 
 int openFile(int (*real)(const char *, int, ...), const char *path, int flags, mode_t mode)
 {
-    if (isUnnamed(flags) && areUnnamedFilesRefused()) {
-        errno = EOPNOTSUPP;
-        return -1;
-    }
+    if (isUnnamed(flags) && !abilities().unnamedFiles)
+        return refuse(EOPNOTSUPP);
     tellOfOpening(path);
-    return call(Call::open, path, [&] { return real(path, flags, mode); });
+    struct stat before{};
+    const bool isNew = (flags & O_CREAT) != 0 &&
+                       syscall(SYS_newfstatat, AT_FDCWD, path, &before, AT_SYMLINK_NOFOLLOW) != 0;
+    const int result = call(Call::open, path, [&] { return real(path, flags, mode); });
+    if (result != -1 && isNew)
+        note(path, {.kind = Step::Kind::link});
+    return result;
+}
+
+int sync(int (*real)(int), int descriptor)
+{
+    const int result = call(Call::fsync, descriptor, [&] { return real(descriptor); });
+    if (result == 0)
+        note(descriptor, {.kind = Step::Kind::sync});
+    return result;
+}
+
+void noteWrite(int descriptor, const void *buffer, ssize_t size, off_t offset)
+{
+    if (size > 0)
+        note(descriptor, {.kind = Step::Kind::write,
+                          .offset = offset,
+                          .data = {static_cast<const char *>(buffer), static_cast<size_t>(size)}});
 }
 
 template <typename Function, typename Buffer, typename... Offset>
@@ -69,31 +99,6 @@ ssize_t transfer(Call call, Function *real, int descriptor, Buffer *buffer, size
         real(descriptor, buffer, fate == Fate::whole ? size : (size + 1) / 2, offset...);
     endIfLast(fate);
     return done;
-}
-
-/// Returns what posix_fallocate() does.
-template <typename Allocate>
-int allocate(int descriptor, off_t size, Allocate allocate)
-{
-    const Fate fate = fateOf(Call::fallocate, descriptor);
-    if (fate == Fate::whole)
-        return allocate(size);
-    if (fate != Fate::none)
-        allocate((size + 1) / 2);
-    endIfLast(fate);
-    return error();
-}
-
-int allocateWith(int (*real)(int, int, off_t, off_t), int descriptor, int mode, off_t offset,
-                 off_t size)
-{
-    const int result = allocate(descriptor, size, [&](off_t part) {
-        return real(descriptor, mode, offset, part) == 0 ? 0 : errno;
-    });
-    if (result == 0)
-        return 0;
-    errno = result;
-    return -1;
 }
 
 } // namespace
@@ -122,6 +127,12 @@ int open64(const char *path, int flags, ...)
     const mode_t mode = modeOf(flags, more);
     va_end(more);
     return openFile(real, path, flags, mode);
+}
+
+int stat(const char *path, struct stat *result) noexcept
+{
+    static const auto real = next<int(const char *, struct stat *)>("stat");
+    return call(Call::stat, path, [&] { return real(path, result); });
 }
 
 int statx(int folder, const char *path, int flags, unsigned mask, struct statx *result) noexcept
@@ -169,19 +180,26 @@ ssize_t write(int descriptor, const void *buffer, size_t size)
 ssize_t pwrite(int descriptor, const void *buffer, size_t size, off_t offset)
 {
     static const auto real = next<ssize_t(int, const void *, size_t, off_t)>("pwrite");
-    return transfer(Call::write, real, descriptor, buffer, size, offset);
+    const ssize_t written = transfer(Call::write, real, descriptor, buffer, size, offset);
+    noteWrite(descriptor, buffer, written, offset);
+    return written;
 }
 
 ssize_t pwrite64(int descriptor, const void *buffer, size_t size, off64_t offset)
 {
     static const auto real = next<ssize_t(int, const void *, size_t, off64_t)>("pwrite64");
-    return transfer(Call::write, real, descriptor, buffer, size, offset);
+    const ssize_t written = transfer(Call::write, real, descriptor, buffer, size, offset);
+    noteWrite(descriptor, buffer, written, offset);
+    return written;
 }
 
 int ftruncate(int descriptor, off_t size) noexcept
 {
     static const auto real = next<int(int, off_t)>("ftruncate");
-    return call(Call::ftruncate, descriptor, [&] { return real(descriptor, size); });
+    const int result = call(Call::ftruncate, descriptor, [&] { return real(descriptor, size); });
+    if (result == 0)
+        note(descriptor, {.kind = Step::Kind::resize, .offset = size});
+    return result;
 }
 
 int ftruncate64(int descriptor, off64_t size) noexcept
@@ -193,37 +211,13 @@ int ftruncate64(int descriptor, off64_t size) noexcept
 int fsync(int descriptor)
 {
     static const auto real = next<int(int)>("fsync");
-    return call(Call::fsync, descriptor, [&] { return real(descriptor); });
+    return sync(real, descriptor);
 }
 
 int fdatasync(int descriptor)
 {
     static const auto real = next<int(int)>("fdatasync");
-    return call(Call::fsync, descriptor, [&] { return real(descriptor); });
-}
-
-int fallocate(int descriptor, int mode, off_t offset, off_t size)
-{
-    static const auto real = next<int(int, int, off_t, off_t)>("fallocate");
-    return allocateWith(real, descriptor, mode, offset, size);
-}
-
-int fallocate64(int descriptor, int mode, off64_t offset, off64_t size)
-{
-    static const auto real = next<int(int, int, off_t, off_t)>("fallocate64");
-    return allocateWith(real, descriptor, mode, offset, size);
-}
-
-int posix_fallocate(int descriptor, off_t offset, off_t size)
-{
-    static const auto real = next<int(int, off_t, off_t)>("posix_fallocate");
-    return allocate(descriptor, size, [&](off_t part) { return real(descriptor, offset, part); });
-}
-
-int posix_fallocate64(int descriptor, off64_t offset, off64_t size)
-{
-    static const auto real = next<int(int, off_t, off_t)>("posix_fallocate64");
-    return allocate(descriptor, size, [&](off_t part) { return real(descriptor, offset, part); });
+    return sync(real, descriptor);
 }
 
 int linkat(int oldFolder, const char *oldPath, int newFolder, const char *newPath,
@@ -231,14 +225,77 @@ int linkat(int oldFolder, const char *oldPath, int newFolder, const char *newPat
 {
     static const auto real = next<int(int, const char *, int, const char *, int)>("linkat");
     tellOfOpening(newPath);
-    return call(Call::link, newPath,
-                [&] { return real(oldFolder, oldPath, newFolder, newPath, flags); });
+    const int result = call(Call::link, newPath,
+                            [&] { return real(oldFolder, oldPath, newFolder, newPath, flags); });
+    if (result == 0)
+        note(newPath, {.kind = Step::Kind::link});
+    return result;
+}
+
+int link(const char *oldPath, const char *newPath) noexcept
+{
+    static const auto real = next<int(const char *, const char *)>("link");
+    if (!abilities().links)
+        return refuse(EPERM);
+    tellOfOpening(newPath);
+    const int result = call(Call::link, newPath, [&] { return real(oldPath, newPath); });
+    if (result == 0)
+        note(newPath, {.kind = Step::Kind::link});
+    return result;
+}
+
+int renameat2(int oldFolder, const char *oldPath, int newFolder, const char *newPath,
+              unsigned flags) noexcept
+{
+    static const auto real = next<int(int, const char *, int, const char *, unsigned)>("renameat2");
+    if (flags != 0 && !abilities().exclusiveRename)
+        return refuse(EINVAL);
+    tellOfOpening(newPath);
+    const int result = call(Call::rename, newPath,
+                            [&] { return real(oldFolder, oldPath, newFolder, newPath, flags); });
+    if (result == 0)
+        note(oldPath, {.kind = Step::Kind::rename, .target = newPath});
+    return result;
+}
+
+int rename(const char *oldPath, const char *newPath) noexcept
+{
+    static const auto real = next<int(const char *, const char *)>("rename");
+    tellOfOpening(newPath);
+    const int result = call(Call::rename, newPath, [&] { return real(oldPath, newPath); });
+    if (result == 0)
+        note(oldPath, {.kind = Step::Kind::rename, .target = newPath});
+    return result;
 }
 
 int unlink(const char *path) noexcept
 {
     static const auto real = next<int(const char *)>("unlink");
-    return call(Call::unlink, path, [&] { return real(path); });
+    const int result = call(Call::unlink, path, [&] { return real(path); });
+    if (result == 0)
+        note(path, {.kind = Step::Kind::unlink});
+    return result;
+}
+
+int flock(int descriptor, int operation) noexcept
+{
+    static const auto real = next<int(int, int)>("flock");
+    return call(Call::lock, descriptor, [&] { return real(descriptor, operation); });
+}
+
+// Of those that take a descriptor only the one that copies is a call on files here.
+int ioctl(int descriptor, unsigned long request, ...) noexcept
+{
+    static const auto real = next<int(int, unsigned long, ...)>("ioctl");
+    va_list more;
+    va_start(more, request);
+    void *argument = va_arg(more, void *);
+    va_end(more);
+    if (request != FICLONE)
+        return real(descriptor, request, argument);
+    if (!abilities().clones)
+        return refuse(EOPNOTSUPP);
+    return call(Call::clone, descriptor, [&] { return real(descriptor, request, argument); });
 }
 
 int close(int descriptor)

@@ -20,7 +20,11 @@ Fate fateOf(Call call, int descriptor);
 Fate fateOf(Call call, const char *path);
 
 void tellOfOpening(const char *path);
-bool areUnnamedFilesRefused();
+Abilities abilities();
+
+/// For record(), after the call: which file it was is found by the descriptor.
+void note(int descriptor, Step step);
+void note(const char *path, Step step);
 
 /// Sets errno; returns what failing calls return.
 int fail();

@@ -11,7 +11,12 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <fcntl.h>
+#include <mutex>
+#include <sys/stat.h>
+#include <sys/syscall.h>
 #include <unistd.h>
+#include <utility>
 
 namespace pixpress::test::faults {
 
@@ -25,7 +30,12 @@ Path g_folder{};
 std::atomic<bool> g_armed = false;
 std::atomic<int> g_calls = 0;
 std::atomic<int> g_met = 0;
-std::atomic<bool> g_unnamedRefused = false;
+Abilities g_abilities;
+
+Path g_recordedFolder{};
+std::atomic<bool> g_recording = false;
+std::mutex g_stepsMutex;
+std::vector<Step> *g_steps = nullptr; // never destroyed
 
 Path g_observedFolder{};
 std::atomic<void (*)(Call, int)> g_observer = nullptr;
@@ -130,9 +140,33 @@ void tellOfOpening(const char *path)
         observer(path);
 }
 
-bool areUnnamedFilesRefused()
+Abilities abilities()
 {
-    return g_unnamedRefused;
+    return g_abilities;
+}
+
+void note(int descriptor, Step step)
+{
+    if (!g_recording || !isBelow(descriptor, g_recordedFolder))
+        return;
+    struct stat status{};
+    // Not by the function, which is one that fails on demand.
+    syscall(SYS_newfstatat, descriptor, "", &status, AT_EMPTY_PATH);
+    step.inode = status.st_ino;
+    const std::scoped_lock lock(g_stepsMutex);
+    g_steps->push_back(std::move(step));
+}
+
+void note(const char *path, Step step)
+{
+    if (!g_recording || !isBelow(path, g_recordedFolder))
+        return;
+    struct stat status{};
+    syscall(SYS_newfstatat, AT_FDCWD, path, &status, AT_SYMLINK_NOFOLLOW);
+    step.inode = status.st_ino;
+    step.path = path;
+    const std::scoped_lock lock(g_stepsMutex);
+    g_steps->push_back(std::move(step));
 }
 
 int fail()
@@ -152,9 +186,24 @@ void endIfLast(Fate fate)
         std::raise(SIGKILL);
 }
 
-void refuseUnnamedFiles(bool refused)
+void limit(const Abilities &abilities)
 {
-    g_unnamedRefused = refused;
+    g_abilities = abilities;
+}
+
+void record(const char *folder)
+{
+    setPath(g_recordedFolder, folder);
+    if (!g_steps)
+        g_steps = new std::vector<Step>;
+    g_steps->clear();
+    g_recording = true;
+}
+
+std::vector<Step> recorded()
+{
+    g_recording = false;
+    return std::exchange(*g_steps, {});
 }
 
 const char *name(Call call)
@@ -162,12 +211,14 @@ const char *name(Call call)
     switch (call) {
     case Call::stat: return "stat";
     case Call::open: return "open";
+    case Call::lock: return "lock";
     case Call::read: return "read";
     case Call::write: return "write";
+    case Call::clone: return "clone";
     case Call::ftruncate: return "ftruncate";
     case Call::fsync: return "fsync";
-    case Call::fallocate: return "fallocate";
     case Call::link: return "link";
+    case Call::rename: return "rename";
     case Call::unlink: return "unlink";
     case Call::close: return "close";
     }

@@ -3,6 +3,10 @@
 
 #pragma once
 
+#include <string>
+#include <sys/types.h>
+#include <vector>
+
 /// Disks that fail on demand: stands before the C library's calls on files, whoever in the process
 /// makes them. Knows the call's file by its path, and leaves all files alone that are not below the
 /// folder of the fault. Uses no Qt, for it works inside it.
@@ -11,15 +15,24 @@
 /// PIXPRESS_FAULT="CALL NTH ERROR HOW FOLDER", such as "write 2 28 once /tmp/x".
 namespace pixpress::test::faults {
 
-enum class Call { stat, open, read, write, ftruncate, fsync, fallocate, link, unlink, close };
+enum class Call {
+    stat,
+    open,
+    lock,
+    read,
+    write,
+    clone,
+    ftruncate,
+    fsync,
+    link,
+    rename,
+    unlink,
+    close,
+};
 
-/// Those that do something with open files.
-constexpr Call callsOnOpenFiles[] = {Call::read,  Call::write,     Call::ftruncate,
-                                     Call::fsync, Call::fallocate, Call::close};
-
-constexpr Call allCalls[] = {Call::stat,      Call::open,  Call::read,      Call::write,
-                             Call::ftruncate, Call::fsync, Call::fallocate, Call::link,
-                             Call::unlink,    Call::close};
+constexpr Call allCalls[] = {Call::stat,  Call::open,   Call::lock,      Call::read,
+                             Call::write, Call::clone,  Call::ftruncate, Call::fsync,
+                             Call::link,  Call::rename, Call::unlink,    Call::close};
 
 const char *name(Call call);
 
@@ -32,8 +45,7 @@ enum class How {
     killed,  ///< The process is killed before the nth call.
     torn,    ///< The process is killed when that call has done half of its work.
 };
-// fallocate either succeeds or fails: for it, doing half of the work is a failure too. Of most
-// other calls there is no half: they do all of it.
+// Only reading and writing have a half: other calls do all of it.
 
 constexpr How allWays[] = {How::once, How::always, How::halfway, How::dying, How::brief};
 constexpr How deadlyWays[] = {How::killed, How::torn};
@@ -55,8 +67,41 @@ void arm(const Fault &fault, const char *folder);
 /// Returns how many calls the fault has met.
 int disarm();
 
-/// Whether files without a name are refused, below any folder, as some file systems do.
-void refuseUnnamedFiles(bool refused);
+/// What not every file system can do.
+struct Abilities
+{
+    bool unnamedFiles = true;    ///< O_TMPFILE
+    bool exclusiveRename = true; ///< RENAME_NOREPLACE
+    bool links = true;
+    bool clones = true; ///< FICLONE
+};
+
+/// Makes the file systems of all folders as poor as this.
+void limit(const Abilities &abilities);
+
+/// A change of the disk.
+struct Step
+{
+    enum class Kind {
+        write,
+        resize,
+        sync,   ///< Of a file or of a folder, which is the inode.
+        link,   ///< The inode gets the name `path`.
+        rename, ///< From `path` to `target`, which is replaced.
+        unlink,
+    };
+    Kind kind;
+    ino_t inode = 0;
+    off_t offset = 0; ///< For resize the new size.
+    std::string data = {};
+    std::string path = {};
+    std::string target = {};
+};
+
+/// Notes from now on what calls change below `folder`, in their order.
+void record(const char *folder);
+/// Ends it.
+std::vector<Step> recorded();
 
 /// Is called before each call on open files below `folder`; may not make such calls itself. Pass
 /// nothing to end it.

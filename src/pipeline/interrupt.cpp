@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Pixpress authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-#include "cli/interrupt.h"
+#include "pipeline/interrupt.h"
 
 #include <QSocketNotifier>
 
@@ -11,7 +11,7 @@
 #include <array>
 #include <csignal>
 
-namespace pixpress::cli {
+namespace pixpress {
 
 namespace {
 
@@ -23,18 +23,24 @@ void tellEventLoop(int)
     [[maybe_unused]] const auto written = write(ends[0], &byte, 1);
 }
 
+// Not SIG_IGN, which the programs that this one starts would inherit.
+void ignore(int) {}
+
 } // namespace
 
 void onInterrupt(QObject *context, std::function<void()> stop)
 {
+    struct sigaction action = {};
+    action.sa_flags = SA_RESTART;
+    action.sa_handler = ignore;
+    sigaction(SIGXFSZ, &action, nullptr);
+
     if (socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0, ends.data()) != 0)
         return; // the signals then end the process as ever
     auto *notifier = new QSocketNotifier(ends[1], QSocketNotifier::Read, context);
     QObject::connect(notifier, &QSocketNotifier::activated, context, std::move(stop));
 
-    struct sigaction action = {};
     action.sa_handler = tellEventLoop;
-    action.sa_flags = SA_RESTART;
     for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
         struct sigaction inherited = {};
         sigaction(signal, nullptr, &inherited);
@@ -43,4 +49,4 @@ void onInterrupt(QObject *context, std::function<void()> stop)
     }
 }
 
-} // namespace pixpress::cli
+} // namespace pixpress
