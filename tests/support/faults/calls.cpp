@@ -67,6 +67,8 @@ int openFile(int (*real)(const char *, int, ...), const char *path, int flags, m
     const bool isNew = (flags & O_CREAT) != 0 &&
                        syscall(SYS_newfstatat, AT_FDCWD, path, &before, AT_SYMLINK_NOFOLLOW) != 0;
     const int result = call(Call::open, path, [&] { return real(path, flags, mode); });
+    if (result != -1 && (isNew || isUnnamed(flags)))
+        note(result, {.kind = Step::Kind::make});
     if (result != -1 && isNew)
         note(path, {.kind = Step::Kind::link});
     return result;

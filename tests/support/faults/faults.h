@@ -83,6 +83,7 @@ void limit(const Abilities &abilities);
 struct Step
 {
     enum class Kind {
+        make, ///< A new inode, which may have had another file before.
         write,
         resize,
         sync,   ///< Of a file or of a folder, which is the inode.
