@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <csignal>
 #include <fcntl.h>
 #include <new>
 #include <sys/file.h>
@@ -224,6 +225,15 @@ Descriptor::Result<> Descriptor::lock(int operation, std::chrono::milliseconds w
     if (!locked && errno == EWOULDBLOCK)
         return std::unexpected(EWOULDBLOCK);
     return {};
+}
+
+void Descriptor::holdOthersOff()
+{
+#ifdef F_SETLEASE
+    // The signal by which the system says that somebody waits: one that is ignored by default.
+    if (fcntl(m_descriptor, F_SETSIG, SIGURG) == 0)
+        (void)fcntl(m_descriptor, F_SETLEASE, F_WRLCK);
+#endif
 }
 
 } // namespace pixpress

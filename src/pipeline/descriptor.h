@@ -76,6 +76,10 @@ public:
     /// copies of this one do; it ends with this object. Fails with EWOULDBLOCK when another
     /// program keeps it for longer than `wait`. Where there are no such locks it succeeds.
     Result<> lock(int operation, std::chrono::milliseconds wait = patience);
+    /// Makes other programs that open the file wait until it is closed here: they never see it half
+    /// written, nor save into it. Does nothing when one has it open already, or where the system
+    /// cannot do this. This process must not open the file meanwhile.
+    void holdOthersOff();
 
 private:
     explicit Descriptor(int descriptor) : m_descriptor(descriptor) {}

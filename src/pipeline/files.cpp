@@ -62,24 +62,33 @@ Descriptor::Result<> writeNew(const QString &path, const QByteArray &bytes)
     return made;
 }
 
-} // namespace
-
-std::expected<SourceFile, QString> readSource(const QUrl &source, const CompressionOptions &options)
+/// The output's name, if it can be written to.
+std::expected<OutputName, QString> outputName(const QUrl &source, const CompressionOptions &options)
 {
-    const OutputName name(source, options);
+    OutputName name(source, options);
     if (!name.isOnThisComputer()) {
         return std::unexpected(
             u"Could not write to \"%1\": It is not a folder on this computer."_s.arg(
                 options.customFolderURL->toDisplayString()));
     }
-    if (name.replaces()) {
-        if (const QString reason = leftoverCopy(name.url().toLocalFile()); !reason.isEmpty())
-            return sentence(u"write"_s, name.url(), reason);
+    return name;
+}
+
+} // namespace
+
+std::expected<SourceFile, QString> readSource(const QUrl &source, const CompressionOptions &options)
+{
+    const auto name = outputName(source, options);
+    if (!name)
+        return std::unexpected(name.error());
+    if (name->replaces()) {
+        if (const QString reason = leftoverCopy(name->url().toLocalFile()); !reason.isEmpty())
+            return sentence(u"write"_s, name->url(), reason);
     }
     auto content = readFile(source);
     if (!content)
         return std::unexpected(content.error());
-    QByteArray digest = name.replacesSource() ? digestOf(*content) : QByteArray();
+    QByteArray digest = name->replacesSource() ? digestOf(*content) : QByteArray();
     return SourceFile{.content = *std::move(content), .digest = std::move(digest)};
 }
 
@@ -99,16 +108,18 @@ std::expected<QByteArray, QString> readFile(const QUrl &source)
 std::expected<QUrl, QString> writeOutput(const QUrl &source, const CompressionOptions &options,
                                          const QByteArray &bytes, const QByteArray &digest)
 {
-    const OutputName name(source, options);
-    if (name.replaces()) {
-        if (auto written =
-                writeFile(name.url(), bytes, name.replacesSource() ? digest : QByteArray());
-            !written)
+    const auto name = outputName(source, options);
+    if (!name)
+        return std::unexpected(name.error());
+    if (name->replaces()) {
+        const auto written =
+            writeFile(name->url(), bytes, name->replacesSource() ? digest : QByteArray());
+        if (!written)
             return std::unexpected(written.error());
-        return name.url();
+        return name->url();
     }
     for (int number = 0;; ++number) {
-        QUrl target = name.url(number);
+        QUrl target = name->url(number);
         const auto written = writeNew(target.toLocalFile(), bytes);
         if (written)
             return target;

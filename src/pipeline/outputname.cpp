@@ -41,8 +41,10 @@ OutputName::OutputName(const QUrl &source, const CompressionOptions &options)
         return;
     case OutputDestination::customFolder:
         if (const QUrl folder = options.customFolderURL.value_or(QUrl()); !isNone(folder)) {
+            // Any other address has no path, or one that leads elsewhere here.
             m_isOnThisComputer = folder.isLocalFile() && folder.host().isEmpty();
-            m_folder = folder.toLocalFile();
+            if (m_isOnThisComputer)
+                m_folder = folder.toLocalFile();
         }
         if (!m_folder.endsWith(u'/'))
             m_folder += u'/';

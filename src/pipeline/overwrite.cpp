@@ -174,10 +174,13 @@ std::expected<void, QString> overwrite(const QString &path, const QByteArray &by
         return because(file.error());
     if (const auto locked = file->lock(LOCK_EX); !locked)
         return because(locked.error());
+    file->holdOthersOff();
     const auto before = file->status();
     if (!before)
         return because(before.error());
     const auto old = file->readAll();
+    if (!old && old.error() == Descriptor::cutShort)
+        return because(Descriptor::changed);
     if (!old)
         return std::unexpected(u"Its present content could not be kept safe"_s);
     const QString real = QFileInfo(path).canonicalFilePath();

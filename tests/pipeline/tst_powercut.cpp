@@ -324,23 +324,29 @@ void PowerCutTest::settings_areTheOldOrTheNew()
     fresh[u"key"_s] = change[u"key"_s];
     if (before >= 0)
         QVERIFY(settingsfile::merge(path(name), old));
-    cutPower([&] { QVERIFY(settingsfile::merge(path(name), change)); },
-             [&](const DiskImage::Files &files, bool isDone) {
-                 for (const QString &other : files.keys())
-                     QCOMPARE(other, name); // No key is anywhere else.
-                 const QTemporaryDir folder(quickTemplate());
-                 if (files.contains(name)) {
-                     QFile file(folder.filePath(name));
-                     QVERIFY(file.open(QIODevice::WriteOnly));
-                     QCOMPARE(file.write(files[name]), files[name].size());
-                 }
-                 const auto read = settingsfile::read(folder.filePath(name));
-                 QVERIFY(read);
-                 QVERIFY(*read == fresh || (*read == old && !isDone));
-                 // and it can be used
-                 QVERIFY(settingsfile::merge(folder.filePath(name), {{u"later"_s, 1}}));
-                 QCOMPARE(QDir(folder.path()).entryList(QDir::Files), QStringList(name));
-             });
+    QJsonObject last = fresh;
+    last[u"count"_s] = 2;
+    cutPower(
+        [&] {
+            QVERIFY(settingsfile::merge(path(name), change));
+            QVERIFY(settingsfile::merge(path(name), {{u"count"_s, 2}}));
+        },
+        [&](const DiskImage::Files &files, bool isDone) {
+            for (const QString &other : files.keys())
+                QCOMPARE(other, name); // No key is anywhere else.
+            const QTemporaryDir folder(quickTemplate());
+            if (files.contains(name)) {
+                QFile file(folder.filePath(name));
+                QVERIFY(file.open(QIODevice::WriteOnly));
+                QCOMPARE(file.write(files[name]), files[name].size());
+            }
+            const auto read = settingsfile::read(folder.filePath(name));
+            QVERIFY(read);
+            QVERIFY(*read == last || (!isDone && (*read == fresh || *read == old)));
+            // and it can be used
+            QVERIFY(settingsfile::merge(folder.filePath(name), {{u"later"_s, 1}}));
+            QCOMPARE(QDir(folder.path()).entryList(QDir::Files), QStringList(name));
+        });
 }
 
 QTEST_GUILESS_MAIN(PowerCutTest)

@@ -12,16 +12,19 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// Keeps what was written as lines, in order.
+/// Keeps what was written as lines, one per change, in order.
 class RecordingSettings : public TransientSettings
 {
 public:
-    void setValue(const QString &key, const QVariant &value) override
+    void setValues(const QVariantMap &values) override
     {
-        TransientSettings::setValue(key, value);
-        writes << u"%1=%2 (%3)"_s.arg(key, value.toString(),
-                                      value.userType() == QMetaType::QString ? u"string"_s
-                                                                             : u"integer"_s);
+        TransientSettings::setValues(values);
+        QStringList change;
+        for (const auto &[key, value] : values.asKeyValueRange())
+            change << u"%1=%2 (%3)"_s.arg(key, value.toString(),
+                                          value.userType() == QMetaType::QString ? u"string"_s
+                                                                                 : u"integer"_s);
+        writes << change.join(u", "_s);
     }
     QStringList takeWrites() { return std::exchange(writes, {}); }
 
@@ -30,8 +33,8 @@ public:
 
 QStringList bothEntries(qint64 count, const QString &month)
 {
-    return {u"pixpress_quota_count=%1 (integer)"_s.arg(count),
-            u"pixpress_quota_month=%1 (string)"_s.arg(month)};
+    return {u"pixpress_quota_count=%1 (integer), pixpress_quota_month=%2 (string)"_s.arg(count).arg(
+        month)};
 }
 
 /// Settings that hold a count of a month.

@@ -3,6 +3,7 @@
 
 #include "pipeline/settings.h"
 
+#include "pipeline/flushedsettings.h"
 #include "support/faults/faults.h"
 
 #include <QDir>
@@ -16,6 +17,7 @@
 #include <sys/stat.h>
 
 using namespace pixpress;
+using namespace pixpress::test;
 using namespace Qt::StringLiterals;
 namespace faults = pixpress::test::faults;
 
@@ -30,7 +32,7 @@ private Q_SLOTS:
 
     void missingEntry_isInvalid();
     void readingOnly_makesNoFile();
-    void value_isOnTheDiskOnReturn();
+    void value_isOnTheDiskWhenFlushed();
     void value_isReplaced();
     void integers_keepTheirValue_data();
     void integers_keepTheirValue();
@@ -88,7 +90,7 @@ static QByteArray content(const QString &filePath)
 void SettingsTest::initTestCase()
 {
     init();
-    UserSettings().setValue(u"a"_s, 1);
+    FlushedSettings().setValue(u"a"_s, 1);
     cleanup();
     const QDir folder(m_folder->filePath(u"user/Pixpress"_s));
     const QFileInfoList files = folder.entryInfoList(QDir::Files | QDir::Hidden);
@@ -138,7 +140,7 @@ void SettingsTest::put(const QString &filePath, const QByteArray &content,
 
 void SettingsTest::storeKeyReadableByAll()
 {
-    UserSettings settings;
+    FlushedSettings settings;
     KeychainHelper::saveAPIKey(settings, u"secret"_s);
     QVERIFY(QFile::setPermissions(path(), readableByAll));
 }
@@ -155,9 +157,9 @@ void SettingsTest::readingOnly_makesNoFile()
     QVERIFY(!QFile::exists(path()));
 }
 
-void SettingsTest::value_isOnTheDiskOnReturn()
+void SettingsTest::value_isOnTheDiskWhenFlushed()
 {
-    UserSettings settings;
+    FlushedSettings settings;
     settings.setValue(u"pixpress_quota_month"_s, u"2026-11"_s);
     QVERIFY(content(path()).contains("2026-11"));
     QCOMPARE(onDisk(u"pixpress_quota_month"_s).toString(), u"2026-11"_s);
@@ -170,7 +172,7 @@ void SettingsTest::value_isOnTheDiskOnReturn()
 
 void SettingsTest::value_isReplaced()
 {
-    UserSettings settings;
+    FlushedSettings settings;
     KeychainHelper::saveAPIKey(settings, u"first"_s);
     KeychainHelper::saveAPIKey(settings, u"second"_s);
     QCOMPARE(KeychainHelper::loadAPIKey(settings), u"second"_s);
@@ -190,7 +192,7 @@ void SettingsTest::integers_keepTheirValue_data()
 void SettingsTest::integers_keepTheirValue()
 {
     QFETCH(const qint64, value);
-    UserSettings settings;
+    FlushedSettings settings;
     settings.setValue(u"count"_s, value);
     bool ok = false;
     QCOMPARE(onDisk(u"count"_s).toLongLong(&ok), value);
@@ -205,7 +207,7 @@ void SettingsTest::missingKey_isNone()
 
 void SettingsTest::emptyKey_isNone()
 {
-    UserSettings settings;
+    FlushedSettings settings;
     KeychainHelper::saveAPIKey(settings, u"abc"_s);
     KeychainHelper::saveAPIKey(settings, u""_s);
     QVERIFY(!KeychainHelper::loadAPIKey(settings));
@@ -245,7 +247,7 @@ void SettingsTest::key_isKeptUnchanged_data()
 void SettingsTest::key_isKeptUnchanged()
 {
     QFETCH(const QString, key);
-    UserSettings settings;
+    FlushedSettings settings;
     KeychainHelper::saveAPIKey(settings, key);
     QCOMPARE(KeychainHelper::loadAPIKey(settings), key);
     QCOMPARE(KeychainHelper::loadAPIKey(UserSettings()), key);
@@ -259,10 +261,10 @@ void SettingsTest::key_isKeptUnchanged()
 void SettingsTest::key_survivesWritesOfOtherEntries()
 {
     const QString key = u" @,key "_s;
-    UserSettings settings;
+    FlushedSettings settings;
     KeychainHelper::saveAPIKey(settings, key);
     settings.setValue(u"pixpress_quota_count"_s, 3);
-    UserSettings later;
+    FlushedSettings later;
     later.setValue(u"pixpress_quota_count"_s, 4);
     QCOMPARE(KeychainHelper::loadAPIKey(UserSettings()), key);
     QCOMPARE(settings.value(u"pixpress_quota_count"_s).toInt(), 4);
@@ -270,8 +272,8 @@ void SettingsTest::key_survivesWritesOfOtherEntries()
 
 void SettingsTest::applications_keepApart()
 {
-    UserSettings online;
-    UserSettings offline(u"Pixpress Offline"_s);
+    FlushedSettings online;
+    FlushedSettings offline(u"Pixpress Offline"_s);
     KeychainHelper::saveAPIKey(online, u"real"_s);
     QVERIFY(!KeychainHelper::loadAPIKey(offline));
     KeychainHelper::saveAPIKey(offline, u"made up"_s);
@@ -284,7 +286,7 @@ void SettingsTest::applications_keepApart()
 
 void SettingsTest::settingsOfOthers_areNotRead()
 {
-    UserSettings other(u"Other"_s);
+    FlushedSettings other(u"Other"_s);
     KeychainHelper::saveAPIKey(other, u"other"_s);
     const QByteArray stored = content(path(u"Other"_s));
     QVERIFY(stored.contains("other"));
@@ -296,7 +298,7 @@ void SettingsTest::settingsOfOthers_areNotRead()
 
 void SettingsTest::newFile_isForItsOwnerOnly()
 {
-    UserSettings settings;
+    FlushedSettings settings;
     settings.setValue(u"pixpress_quota_count"_s, 1);
     QCOMPARE(mode(path()), 0600);
     KeychainHelper::saveAPIKey(settings, u"secret"_s);
@@ -306,7 +308,7 @@ void SettingsTest::newFile_isForItsOwnerOnly()
 void SettingsTest::existingFile_becomesOneForItsOwnerOnly()
 {
     storeKeyReadableByAll();
-    UserSettings settings;
+    FlushedSettings settings;
     QCOMPARE(mode(path()), 0600);
     QCOMPARE(KeychainHelper::loadAPIKey(settings), u"secret"_s);
     settings.setValue(u"pixpress_quota_count"_s, 1);
@@ -316,7 +318,7 @@ void SettingsTest::existingFile_becomesOneForItsOwnerOnly()
 
 void SettingsTest::existingFile_isClosedToOthersBeforeAnyWrite()
 {
-    UserSettings settings;
+    FlushedSettings settings;
     put(path(), "", readableByAll | QFile::WriteGroup | QFile::WriteOther); // made in between
     KeychainHelper::saveAPIKey(settings, u"secret"_s);
     QCOMPARE(mode(path()), 0600);
@@ -341,10 +343,7 @@ void lookForLeaks(faults::Call call, int descriptor)
     struct stat status{};
     if (fstat(descriptor, &status) != 0 || !S_ISREG(status.st_mode))
         return;
-    // The lock file holds nothing but the process's name.
     const QString target = QFile::symLinkTarget(u"/proc/self/fd/%1"_s.arg(descriptor));
-    if (target.contains(u".lock"_s))
-        return;
     ++g_looks;
     if ((status.st_mode & 077) != 0)
         g_leaks << u"%1 on %2 with mode %3"_s.arg(QLatin1StringView(faults::name(call)), target)
@@ -361,7 +360,7 @@ void SettingsTest::file_isNeverOpenToOthers()
     g_looks = 0;
     g_leaks.clear();
 
-    UserSettings settings;
+    FlushedSettings settings;
     faults::observe(lookForLeaks, qPrintable(m_folder->path()));
     KeychainHelper::saveAPIKey(settings, u"new secret"_s);
     KeychainHelper::saveAPIKey(settings, u"newer secret"_s);
@@ -377,7 +376,7 @@ void SettingsTest::linkedFile_isClosedToOthersAndStaysLinked()
     storeKeyReadableByAll();
     QVERIFY(QFile::rename(path(), target) && QFile::link(target, path()));
 
-    UserSettings settings;
+    FlushedSettings settings;
     QCOMPARE(mode(target), 0600);
     settings.setValue(u"other"_s, u"value"_s);
     QVERIFY(QFileInfo(path()).isSymLink());
@@ -400,7 +399,7 @@ void SettingsTest::corruptFile_countsAsEmptyAndIsUsableAgain()
 {
     QFETCH(const QByteArray, garbage);
     put(path(), garbage, readableByAll);
-    UserSettings settings;
+    FlushedSettings settings;
     QVERIFY(!KeychainHelper::loadAPIKey(settings));
     KeychainHelper::saveAPIKey(settings, u"secret"_s);
     QCOMPARE(onDisk(u"pixpress_api_key"_s).toString(), u"secret"_s);
@@ -410,22 +409,19 @@ void SettingsTest::corruptFile_countsAsEmptyAndIsUsableAgain()
 void SettingsTest::failedWrite_keepsTheStoredKey_data()
 {
     QTest::addColumn<faults::How>("how");
-    QTest::addColumn<int>("nth"); // the first one makes the lock file
-    QTest::newRow("no lock") << faults::How::once << 1;
-    QTest::newRow("no room for a moment") << faults::How::once << 2;
-    QTest::newRow("no room at all") << faults::How::always << 2;
-    QTest::newRow("room for a part") << faults::How::halfway << 2;
+    QTest::newRow("no room for a moment") << faults::How::once;
+    QTest::newRow("no room at all") << faults::How::always;
+    QTest::newRow("room for a part") << faults::How::halfway;
 }
 
 void SettingsTest::failedWrite_keepsTheStoredKey()
 {
     QFETCH(const faults::How, how);
-    QFETCH(const int, nth);
-    UserSettings settings;
+    FlushedSettings settings;
     KeychainHelper::saveAPIKey(settings, u"secret"_s);
     const QByteArray before = content(path());
 
-    faults::arm({.call = faults::Call::write, .nth = nth, .error = ENOSPC, .how = how},
+    faults::arm({.call = faults::Call::write, .nth = 1, .error = ENOSPC, .how = how},
                 qPrintable(m_folder->path()));
     settings.setValue(u"pixpress_quota_count"_s, 7);
     QVERIFY(faults::disarm() > 0);

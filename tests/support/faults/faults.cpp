@@ -136,8 +136,13 @@ Fate fateOf(Call call, const char *path)
 
 void tellOfOpening(const char *path)
 {
-    if (const auto observer = g_openingObserver.load(); observer && isBelow(path, g_openingFolder))
-        observer(path);
+    thread_local bool isObserving = false; // The observer may make such calls itself.
+    const auto observer = g_openingObserver.load();
+    if (isObserving || !observer || !isBelow(path, g_openingFolder))
+        return;
+    isObserving = true;
+    observer(path);
+    isObserving = false;
 }
 
 Abilities abilities()

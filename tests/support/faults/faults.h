@@ -109,8 +109,7 @@ std::vector<Step> recorded();
 void observe(void (*observer)(Call call, int descriptor), const char *folder = "/");
 
 /// Is called with the path before a file below `folder` is opened or made, if it is opened by an
-/// absolute path, and before it is given a name; may change what is there, but not open files
-/// itself. Pass nothing to end it.
+/// absolute path, and before it is given a name; may change what is there. Pass nothing to end it.
 void observeOpening(void (*observer)(const char *path), const char *folder = "/");
 
 } // namespace pixpress::test::faults
