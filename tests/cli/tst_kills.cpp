@@ -10,6 +10,7 @@
 #include <QTest>
 
 #include <algorithm>
+#include <csignal>
 
 using namespace pixpress;
 using namespace pixpress::test;
@@ -26,6 +27,8 @@ private Q_SLOTS:
     void initTestCase();
     void pictures_areThereAndCopiesWhole_data();
     void pictures_areThereAndCopiesWhole();
+    void overwrittenPictures_areWholeOrBesideTheirCopies_data();
+    void overwrittenPictures_areWholeOrBesideTheirCopies();
 
 private:
     QMap<QString, QByteArray> m_pictures; ///< Content by name.
@@ -129,6 +132,68 @@ void KillsTest::pictures_areThereAndCopiesWhole()
         QCOMPARE(copiesOf(*program, m_pictures, folder).size(), copies.size() + whole.size());
     }
     QCOMPARE(killedAtWork, wanted); // with a part of the copies made
+}
+
+void KillsTest::overwrittenPictures_areWholeOrBesideTheirCopies_data()
+{
+    QTest::addColumn<int>("signal");
+    QTest::newRow("SIGKILL") << SIGKILL;
+    QTest::newRow("SIGTERM") << SIGTERM;
+    QTest::newRow("SIGHUP") << SIGHUP;
+    QTest::newRow("SIGINT") << SIGINT;
+}
+
+void KillsTest::overwrittenPictures_areWholeOrBesideTheirCopies()
+{
+    QFETCH(const int, signal);
+    const QStringList arguments = QStringList{u"--overwrite"_s} + m_pictures.keys();
+    const auto prepared = [&] {
+        auto program = std::make_unique<Program>();
+        for (const auto &[name, content] : m_pictures.asKeyValueRange()) {
+            QFile file(program->path(name));
+            if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size())
+                qFatal("%s cannot be written.", qUtf8Printable(name));
+        }
+        return program;
+    };
+    const auto undisturbed = prepared();
+    QElapsedTimer timer;
+    timer.start();
+    QCOMPARE(undisturbed->run(arguments).status, 0);
+    const auto duration = static_cast<int>(timer.elapsed());
+    const Files whole = filesOf(undisturbed->path({}));
+    QCOMPARE(whole.size(), m_pictures.size()); // No copy has been left.
+
+    constexpr int wanted = 4;
+    int atWork = 0;
+    for (int round = 0; round < 100 && atWork < wanted; ++round) {
+        const auto program = prepared();
+        QProcess process;
+        program->prepare(process);
+        const int moment = QRandomGenerator::global()->bounded(duration);
+        process.start(Program::file(), arguments);
+        QVERIFY(process.waitForStarted());
+        if (!process.waitForFinished(moment)) {
+            ::kill(static_cast<pid_t>(process.processId()), signal);
+            QVERIFY(process.waitForFinished());
+        }
+
+        Files left = filesOf(program->path({}));
+        int done = 0;
+        for (const auto &[name, content] : m_pictures.asKeyValueRange()) {
+            const QByteArray now = left.take(name);
+            done += now == whole[name];
+            const QByteArray copy = left.take(name + u".pixpress-old"_s);
+            const QByteArray when = name.toUtf8() + " after " + QByteArray::number(moment) + " ms";
+            QVERIFY2(now == content || now == whole[name] || copy == content, when.constData());
+            if (signal != SIGKILL) // which lets no write come to its end
+                QVERIFY2(copy.isEmpty() && (now == content || now == whole[name]),
+                         when.constData());
+        }
+        QVERIFY(left.isEmpty());
+        atWork += done > 0 && done < m_pictures.size();
+    }
+    QCOMPARE(atWork, wanted); // with a part of the pictures overwritten
 }
 
 QTEST_GUILESS_MAIN(KillsTest)

@@ -157,7 +157,7 @@ void NaiveQueue::processNext()
     }
 }
 
-void NaiveQueue::startRun(const Run &run)
+void NaiveQueue::startRun(Run run)
 {
     // A file that cannot be read ends the run in the next turn of the event loop.
     tasks[run.index].status = u"uploading"_s;
@@ -171,6 +171,7 @@ void NaiveQueue::startRun(const Run &run)
     tasks[run.index].status = u"compressing"_s;
     requests.append(
         u"POST /shrink by api:%1 %2"_s.arg(run.apiKey, QString::fromLatin1(files.value(run.file))));
+    run.content = files.value(run.file);
     m_waiting.append(run);
 }
 
@@ -230,6 +231,12 @@ void NaiveQueue::write(const Run &run, const Reply &reply)
     if (parts.size() > 1 && !folders.contains(parts.first())) {
         return fail(run.id,
                     u"Could not write \"%1\": No such file or directory."_s.arg(parts.last()));
+    }
+    if (run.options.outputDestination == OutputDestination::overwrite && name == run.file &&
+        files.value(name) != run.content) {
+        return fail(run.id, u"Could not write \"%1\": %2."_s.arg(
+                                name, files.contains(name) ? u"It has changed since it was read"_s
+                                                           : u"No such file or directory"_s));
     }
     files[name] = reply.output;
     if (find(run.id) >= 0) {

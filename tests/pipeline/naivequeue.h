@@ -84,6 +84,7 @@ private:
         QString file;
         CompressionOptions options;
         QString apiKey;
+        QByteArray content = {}; ///< Of the file when it was read.
         bool fetches = false;
         qint64 inputSize = 0;
     };
@@ -96,7 +97,7 @@ private:
     qsizetype find(int id) const;
     qsizetype firstPending() const;
     void processNext();
-    void startRun(const Run &run);
+    void startRun(Run run);
     void fetch(Run run, const Reply &reply);
     void write(const Run &run, const Reply &reply);
     void fail(int id, const QString &sentence);
