@@ -113,6 +113,14 @@ Descriptor::Result<struct stat> Descriptor::status() const
     return status;
 }
 
+Descriptor::Result<qint64> Descriptor::size() const
+{
+    const auto status = this->status();
+    if (!status)
+        return std::unexpected(status.error());
+    return status->st_size;
+}
+
 bool Descriptor::isAt(const QString &path) const
 {
     struct stat there = {};
@@ -123,16 +131,15 @@ bool Descriptor::isAt(const QString &path) const
 
 Descriptor::Result<QByteArray> Descriptor::readAll()
 {
-    const auto status = this->status();
-    if (!status)
-        return std::unexpected(status.error());
-    const qint64 expected = status->st_size;
+    const auto expected = size();
+    if (!expected)
+        return std::unexpected(expected.error());
 
     QByteArray content;
     qint64 done = 0;
     try {
         // One byte more, so that the end of a file of that size is met without adding room.
-        content = QByteArray(expected + 1, Qt::Uninitialized);
+        content = QByteArray(*expected + 1, Qt::Uninitialized);
         while (true) {
             const auto got = uninterrupted([&] {
                 return pread(m_descriptor, content.data() + done,
@@ -150,7 +157,7 @@ Descriptor::Result<QByteArray> Descriptor::readAll()
     } catch (const std::bad_alloc &) {
         return std::unexpected(ENOMEM);
     }
-    if (done < expected)
+    if (done < *expected)
         return std::unexpected(cutShort);
     content.resize(done);
     return content;

@@ -54,6 +54,7 @@ public:
 
     /// Fails with notAFile for what is no regular file, such as a folder or a pipe.
     Result<struct stat> status() const;
+    Result<qint64> size() const; ///< In bytes; fails as status() does.
     /// Whether this path leads to this file, and not to one that has taken its place.
     bool isAt(const QString &path) const;
 

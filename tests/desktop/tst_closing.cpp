@@ -9,6 +9,8 @@
 #include <QSet>
 #include <QTest>
 
+#include <csignal>
+
 using namespace pixpress::test;
 using namespace Qt::StringLiterals;
 
@@ -22,6 +24,7 @@ private Q_SLOTS:
     void cleanup();
 
     void uploads_areGivenUp();
+    void compressing_leavesWholeFilesOnly_data();
     void compressing_leavesWholeFilesOnly();
     void openSettings_doNotKeepIt();
     void openFilePanel_doesNotKeepIt();
@@ -105,8 +108,18 @@ void ClosingTest::uploads_areGivenUp()
     QCOMPARE(m_desktop->fileNames(), names);
 }
 
+void ClosingTest::compressing_leavesWholeFilesOnly_data()
+{
+    QTest::addColumn<int>("signal");
+    QTest::newRow("closed window") << 0;
+    QTest::newRow("SIGTERM") << SIGTERM;
+    QTest::newRow("SIGHUP") << SIGHUP;
+    QTest::newRow("SIGINT") << SIGINT;
+}
+
 void ClosingTest::compressing_leavesWholeFilesOnly()
 {
+    QFETCH(const int, signal);
     QHash<QString, QByteArray> sources;
     QStringList arguments;
     for (int i = 0; i < 12; ++i) {
@@ -116,7 +129,14 @@ void ClosingTest::compressing_leavesWholeFilesOnly()
     }
     start(QStringLiteral(PIXPRESS_OFFLINE), arguments);
     QTRY_VERIFY_WITH_TIMEOUT(m_desktop->fileNames().size() > sources.size(), patience);
-    close();
+    if (signal == 0) {
+        close();
+    } else { // as when a person logs out
+        ::kill(static_cast<pid_t>(m_program->processId()), signal);
+        QCOMPARE(m_program->exitStatus(), 0);
+        QCOMPARE(m_program->errors(), "");
+        QTRY_COMPARE_WITH_TIMEOUT(processes(), m_before, patience);
+    }
     const QStringList names = m_desktop->fileNames();
     for (const auto &[name, content] : sources.asKeyValueRange())
         QVERIFY(contentOf(m_desktop->path(name)) == content);
