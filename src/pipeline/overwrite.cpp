@@ -84,7 +84,9 @@ private:
 std::expected<void, Reason> UndoCopy::make(const Descriptor &file, const struct stat &status,
                                            const QByteArray &content)
 {
-    if (faccessat(AT_FDCWD, QFile::encodeName(m_folder).constData(), W_OK | X_OK, AT_EACCESS) != 0)
+    const QByteArray folder = QFile::encodeName(m_folder);
+    if (faccessat(AT_FDCWD, folder.constData(), W_OK | X_OK, AT_EACCESS) != 0 &&
+        (errno == EACCES || errno == EPERM))
         return {};
     const auto made = makeFile(m_path, [&](Descriptor &copy) -> Descriptor::Result<> {
         // Closed to all others until it is its owner's: that can be somebody else's file.
