@@ -36,7 +36,10 @@ Invocation with(const QStringList &environment)
 bool usesDriver(const Program &program)
 {
     QFile libraries(u"/proc/%1/maps"_s.arg(program.processId()));
-    return libraries.open(QIODevice::ReadOnly) && libraries.readAll().contains("_dri.so");
+    if (!libraries.open(QIODevice::ReadOnly))
+        return false;
+    const QByteArray names = libraries.readAll();
+    return names.contains("_dri.so") || names.contains("/libgallium-"); // its name since Mesa 24.2
 }
 
 } // namespace
