@@ -52,9 +52,9 @@ struct Encoded
     PixelSize size; ///< Of a frame.
 };
 
-/// Uses every decoder, encoder and colour conversion once, so that all libraries, plugins and
-/// profiles which are loaded on first use have been loaded. A process may give up its access to
-/// files afterwards. The other functions start what they need by themselves.
+/// Loads all libraries, plugins and figures that would otherwise be read from files on first use: a
+/// process may give up its access to files afterwards. Starts no thread, so that the process can
+/// restrict itself as a whole. The other functions start what they need by themselves.
 void startCodec();
 
 /// Reads the header only; refuses what the codec cannot treat without loss, and more than
