@@ -253,65 +253,6 @@ mit der TinyPNG-API – bis zu 500 pro Monat kostenlos.</translation>
     </message>
 </context>
 <context>
-    <name>Options</name>
-    <message>
-        <source>Scale</source>
-        <translation>Skalieren</translation>
-    </message>
-    <message>
-        <source>Fit</source>
-        <translation>Einpassen</translation>
-    </message>
-    <message>
-        <source>Cover</source>
-        <translation>Ausfüllen</translation>
-    </message>
-    <message>
-        <source>Thumb</source>
-        <translation>Miniatur</translation>
-    </message>
-    <message>
-        <source>Scales the image proportionally to fit within the given dimensions.</source>
-        <translation>Skaliert das Bild proportional, sodass es in die angegebenen Maße passt.</translation>
-    </message>
-    <message>
-        <source>Scales and crops the image to cover the given dimensions exactly.</source>
-        <translation>Skaliert und beschneidet das Bild, sodass es die angegebenen Maße genau ausfüllt.</translation>
-    </message>
-    <message>
-        <source>Intelligently crops to focus on the most interesting area.</source>
-        <translation>Beschneidet das Bild intelligent auf den interessantesten Bereich.</translation>
-    </message>
-    <message>
-        <source>Save Alongside Original</source>
-        <translation>Neben dem Original</translation>
-    </message>
-    <message>
-        <source>Overwrite Original</source>
-        <translation>Original überschreiben</translation>
-    </message>
-    <message>
-        <source>Save to Folder</source>
-        <translation>In einem Ordner</translation>
-    </message>
-    <message>
-        <source>Saves a copy with a &quot;-pixpress&quot; suffix next to the original</source>
-        <translation>Speichert eine Kopie mit dem Zusatz „-pixpress“ neben dem Original</translation>
-    </message>
-    <message>
-        <source>Replaces the original file with the compressed version</source>
-        <translation>Ersetzt die Originaldatei durch die komprimierte Version</translation>
-    </message>
-    <message>
-        <source>Saves all compressed images to a chosen folder</source>
-        <translation>Speichert alle komprimierten Bilder in einem gewählten Ordner</translation>
-    </message>
-    <message>
-        <source>Scales the image proportionally. Provide either a target width or height, not both.</source>
-        <translation>Skaliert das Bild proportional. Entweder die Breite oder die Höhe angeben, nicht beides.</translation>
-    </message>
-</context>
-<context>
     <name>OutputSection</name>
     <message>
         <source>Output</source>

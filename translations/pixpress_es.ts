@@ -253,65 +253,6 @@ con la API de TinyPNG: hasta 500 gratis al mes.</translation>
     </message>
 </context>
 <context>
-    <name>Options</name>
-    <message>
-        <source>Scale</source>
-        <translation>Escalar</translation>
-    </message>
-    <message>
-        <source>Fit</source>
-        <translation>Ajustar</translation>
-    </message>
-    <message>
-        <source>Cover</source>
-        <translation>Cubrir</translation>
-    </message>
-    <message>
-        <source>Thumb</source>
-        <translation>Miniatura</translation>
-    </message>
-    <message>
-        <source>Scales the image proportionally to fit within the given dimensions.</source>
-        <translation>Escala la imagen proporcionalmente para que quepa en las dimensiones indicadas.</translation>
-    </message>
-    <message>
-        <source>Scales and crops the image to cover the given dimensions exactly.</source>
-        <translation>Escala y recorta la imagen para cubrir exactamente las dimensiones indicadas.</translation>
-    </message>
-    <message>
-        <source>Intelligently crops to focus on the most interesting area.</source>
-        <translation>Recorta la imagen de forma inteligente para destacar la zona más interesante.</translation>
-    </message>
-    <message>
-        <source>Save Alongside Original</source>
-        <translation>Guardar junto al original</translation>
-    </message>
-    <message>
-        <source>Overwrite Original</source>
-        <translation>Sobrescribir el original</translation>
-    </message>
-    <message>
-        <source>Save to Folder</source>
-        <translation>Guardar en una carpeta</translation>
-    </message>
-    <message>
-        <source>Saves a copy with a &quot;-pixpress&quot; suffix next to the original</source>
-        <translation>Guarda una copia con el sufijo «-pixpress» junto al original</translation>
-    </message>
-    <message>
-        <source>Replaces the original file with the compressed version</source>
-        <translation>Sustituye el archivo original por la versión comprimida</translation>
-    </message>
-    <message>
-        <source>Saves all compressed images to a chosen folder</source>
-        <translation>Guarda todas las imágenes comprimidas en la carpeta elegida</translation>
-    </message>
-    <message>
-        <source>Scales the image proportionally. Provide either a target width or height, not both.</source>
-        <translation>Escala la imagen proporcionalmente. Indica el ancho o el alto, no ambos.</translation>
-    </message>
-</context>
-<context>
     <name>OutputSection</name>
     <message>
         <source>Output</source>

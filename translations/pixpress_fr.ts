@@ -253,65 +253,6 @@ avec l’API TinyPNG — jusqu’à 500 gratuites par mois.</translation>
     </message>
 </context>
 <context>
-    <name>Options</name>
-    <message>
-        <source>Scale</source>
-        <translation>Mettre à l’échelle</translation>
-    </message>
-    <message>
-        <source>Fit</source>
-        <translation>Ajuster</translation>
-    </message>
-    <message>
-        <source>Cover</source>
-        <translation>Couvrir</translation>
-    </message>
-    <message>
-        <source>Thumb</source>
-        <translation>Vignette</translation>
-    </message>
-    <message>
-        <source>Scales the image proportionally to fit within the given dimensions.</source>
-        <translation>Redimensionne l’image proportionnellement pour qu’elle tienne dans les dimensions indiquées.</translation>
-    </message>
-    <message>
-        <source>Scales and crops the image to cover the given dimensions exactly.</source>
-        <translation>Redimensionne et rogne l’image pour couvrir exactement les dimensions indiquées.</translation>
-    </message>
-    <message>
-        <source>Intelligently crops to focus on the most interesting area.</source>
-        <translation>Rogne intelligemment l’image sur la zone la plus intéressante.</translation>
-    </message>
-    <message>
-        <source>Save Alongside Original</source>
-        <translation>À côté de l’original</translation>
-    </message>
-    <message>
-        <source>Overwrite Original</source>
-        <translation>Remplacer l’original</translation>
-    </message>
-    <message>
-        <source>Save to Folder</source>
-        <translation>Dans un dossier</translation>
-    </message>
-    <message>
-        <source>Saves a copy with a &quot;-pixpress&quot; suffix next to the original</source>
-        <translation>Enregistre une copie avec le suffixe «&#xa0;-pixpress&#xa0;» à côté de l’original</translation>
-    </message>
-    <message>
-        <source>Replaces the original file with the compressed version</source>
-        <translation>Remplace le fichier d’origine par la version compressée</translation>
-    </message>
-    <message>
-        <source>Saves all compressed images to a chosen folder</source>
-        <translation>Enregistre toutes les images compressées dans un dossier choisi</translation>
-    </message>
-    <message>
-        <source>Scales the image proportionally. Provide either a target width or height, not both.</source>
-        <translation>Redimensionne l’image proportionnellement. Indiquez une largeur ou une hauteur, pas les deux.</translation>
-    </message>
-</context>
-<context>
     <name>OutputSection</name>
     <message>
         <source>Output</source>

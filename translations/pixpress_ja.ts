@@ -253,65 +253,6 @@ using the TinyPNG API — up to 500 free per month.</source>
     </message>
 </context>
 <context>
-    <name>Options</name>
-    <message>
-        <source>Scale</source>
-        <translation>拡大・縮小</translation>
-    </message>
-    <message>
-        <source>Fit</source>
-        <translation>フィット</translation>
-    </message>
-    <message>
-        <source>Cover</source>
-        <translation>カバー</translation>
-    </message>
-    <message>
-        <source>Thumb</source>
-        <translation>サムネイル</translation>
-    </message>
-    <message>
-        <source>Scales the image proportionally to fit within the given dimensions.</source>
-        <translation>縦横比を保ったまま、指定した寸法に収まるように拡大・縮小します。</translation>
-    </message>
-    <message>
-        <source>Scales and crops the image to cover the given dimensions exactly.</source>
-        <translation>指定した寸法をちょうど満たすように拡大・縮小して切り抜きます。</translation>
-    </message>
-    <message>
-        <source>Intelligently crops to focus on the most interesting area.</source>
-        <translation>最も注目される部分を自動的に判断して切り抜きます。</translation>
-    </message>
-    <message>
-        <source>Save Alongside Original</source>
-        <translation>元のファイルと同じ場所に保存</translation>
-    </message>
-    <message>
-        <source>Overwrite Original</source>
-        <translation>元のファイルを上書き</translation>
-    </message>
-    <message>
-        <source>Save to Folder</source>
-        <translation>フォルダに保存</translation>
-    </message>
-    <message>
-        <source>Saves a copy with a &quot;-pixpress&quot; suffix next to the original</source>
-        <translation>名前に「-pixpress」を付けたコピーを、元のファイルと同じ場所に保存します</translation>
-    </message>
-    <message>
-        <source>Replaces the original file with the compressed version</source>
-        <translation>元のファイルを圧縮後のファイルに置き換えます</translation>
-    </message>
-    <message>
-        <source>Saves all compressed images to a chosen folder</source>
-        <translation>圧縮した画像をすべて、選択したフォルダに保存します</translation>
-    </message>
-    <message>
-        <source>Scales the image proportionally. Provide either a target width or height, not both.</source>
-        <translation>縦横比を保って拡大・縮小します。幅と高さのどちらか一方だけを指定してください。</translation>
-    </message>
-</context>
-<context>
     <name>OutputSection</name>
     <message>
         <source>Output</source>

@@ -253,65 +253,6 @@ com a API do TinyPNG — até 500 grátis por mês.</translation>
     </message>
 </context>
 <context>
-    <name>Options</name>
-    <message>
-        <source>Scale</source>
-        <translation>Dimensionar</translation>
-    </message>
-    <message>
-        <source>Fit</source>
-        <translation>Ajustar</translation>
-    </message>
-    <message>
-        <source>Cover</source>
-        <translation>Cobrir</translation>
-    </message>
-    <message>
-        <source>Thumb</source>
-        <translation>Miniatura</translation>
-    </message>
-    <message>
-        <source>Scales the image proportionally to fit within the given dimensions.</source>
-        <translation>Dimensiona a imagem proporcionalmente para caber nas dimensões informadas.</translation>
-    </message>
-    <message>
-        <source>Scales and crops the image to cover the given dimensions exactly.</source>
-        <translation>Dimensiona e recorta a imagem para cobrir exatamente as dimensões informadas.</translation>
-    </message>
-    <message>
-        <source>Intelligently crops to focus on the most interesting area.</source>
-        <translation>Recorta a imagem de forma inteligente para destacar a área mais interessante.</translation>
-    </message>
-    <message>
-        <source>Save Alongside Original</source>
-        <translation>Salvar ao lado do original</translation>
-    </message>
-    <message>
-        <source>Overwrite Original</source>
-        <translation>Substituir o original</translation>
-    </message>
-    <message>
-        <source>Save to Folder</source>
-        <translation>Salvar em uma pasta</translation>
-    </message>
-    <message>
-        <source>Saves a copy with a &quot;-pixpress&quot; suffix next to the original</source>
-        <translation>Salva uma cópia com o sufixo “-pixpress” ao lado do original</translation>
-    </message>
-    <message>
-        <source>Replaces the original file with the compressed version</source>
-        <translation>Substitui o arquivo original pela versão comprimida</translation>
-    </message>
-    <message>
-        <source>Saves all compressed images to a chosen folder</source>
-        <translation>Salva todas as imagens comprimidas em uma pasta escolhida</translation>
-    </message>
-    <message>
-        <source>Scales the image proportionally. Provide either a target width or height, not both.</source>
-        <translation>Dimensiona a imagem proporcionalmente. Informe a largura ou a altura, não ambas.</translation>
-    </message>
-</context>
-<context>
     <name>OutputSection</name>
     <message>
         <source>Output</source>

@@ -253,65 +253,6 @@ using the TinyPNG API — up to 500 free per month.</source>
     </message>
 </context>
 <context>
-    <name>Options</name>
-    <message>
-        <source>Scale</source>
-        <translation>缩放</translation>
-    </message>
-    <message>
-        <source>Fit</source>
-        <translation>适应</translation>
-    </message>
-    <message>
-        <source>Cover</source>
-        <translation>填满</translation>
-    </message>
-    <message>
-        <source>Thumb</source>
-        <translation>缩略图</translation>
-    </message>
-    <message>
-        <source>Scales the image proportionally to fit within the given dimensions.</source>
-        <translation>按比例缩放图像，使其适合指定的尺寸。</translation>
-    </message>
-    <message>
-        <source>Scales and crops the image to cover the given dimensions exactly.</source>
-        <translation>缩放并裁剪图像，使其恰好填满指定的尺寸。</translation>
-    </message>
-    <message>
-        <source>Intelligently crops to focus on the most interesting area.</source>
-        <translation>智能裁剪，突出最有看点的区域。</translation>
-    </message>
-    <message>
-        <source>Save Alongside Original</source>
-        <translation>保存在原文件旁</translation>
-    </message>
-    <message>
-        <source>Overwrite Original</source>
-        <translation>覆盖原文件</translation>
-    </message>
-    <message>
-        <source>Save to Folder</source>
-        <translation>保存到文件夹</translation>
-    </message>
-    <message>
-        <source>Saves a copy with a &quot;-pixpress&quot; suffix next to the original</source>
-        <translation>在原文件旁保存一个带“-pixpress”后缀的副本</translation>
-    </message>
-    <message>
-        <source>Replaces the original file with the compressed version</source>
-        <translation>用压缩后的版本替换原文件</translation>
-    </message>
-    <message>
-        <source>Saves all compressed images to a chosen folder</source>
-        <translation>将所有压缩后的图像保存到所选文件夹</translation>
-    </message>
-    <message>
-        <source>Scales the image proportionally. Provide either a target width or height, not both.</source>
-        <translation>按比例缩放图像。只需指定宽度或高度中的一个。</translation>
-    </message>
-</context>
-<context>
     <name>OutputSection</name>
     <message>
         <source>Output</source>

@@ -7,16 +7,6 @@ using namespace Qt::StringLiterals;
 
 namespace pixpress {
 
-namespace {
-
-/// A text of the options, marked for translation, which is for the window: here it is in English.
-QString text(const char *marked)
-{
-    return QString::fromLatin1(marked);
-}
-
-} // namespace
-
 QString rawValue(ImageFormat format)
 {
     switch (format) {
@@ -63,10 +53,10 @@ QString displayName(ImageFormat format)
 QString displayName(ResizeMode mode)
 {
     switch (mode) {
-    case ResizeMode::scale: return text(QT_TRANSLATE_NOOP("Options", "Scale"));
-    case ResizeMode::fit: return text(QT_TRANSLATE_NOOP("Options", "Fit"));
-    case ResizeMode::cover: return text(QT_TRANSLATE_NOOP("Options", "Cover"));
-    case ResizeMode::thumb: return text(QT_TRANSLATE_NOOP("Options", "Thumb"));
+    case ResizeMode::scale: return u"Scale"_s;
+    case ResizeMode::fit: return u"Fit"_s;
+    case ResizeMode::cover: return u"Cover"_s;
+    case ResizeMode::thumb: return u"Thumb"_s;
     }
     Q_UNREACHABLE();
 }
@@ -75,17 +65,13 @@ QString description(ResizeMode mode)
 {
     switch (mode) {
     case ResizeMode::scale:
-        return text(QT_TRANSLATE_NOOP("Options", "Scales the image proportionally. Provide either "
-                                                 "a target width or height, not both."));
+        return u"Scales the image proportionally. Provide either a target width or height, not "
+               "both."_s;
     case ResizeMode::fit:
-        return text(QT_TRANSLATE_NOOP(
-            "Options", "Scales the image proportionally to fit within the given dimensions."));
+        return u"Scales the image proportionally to fit within the given dimensions."_s;
     case ResizeMode::cover:
-        return text(QT_TRANSLATE_NOOP(
-            "Options", "Scales and crops the image to cover the given dimensions exactly."));
-    case ResizeMode::thumb:
-        return text(QT_TRANSLATE_NOOP(
-            "Options", "Intelligently crops to focus on the most interesting area."));
+        return u"Scales and crops the image to cover the given dimensions exactly."_s;
+    case ResizeMode::thumb: return u"Intelligently crops to focus on the most interesting area."_s;
     }
     Q_UNREACHABLE();
 }
@@ -93,12 +79,9 @@ QString description(ResizeMode mode)
 QString title(OutputDestination destination)
 {
     switch (destination) {
-    case OutputDestination::alongside:
-        return text(QT_TRANSLATE_NOOP("Options", "Save Alongside Original"));
-    case OutputDestination::overwrite:
-        return text(QT_TRANSLATE_NOOP("Options", "Overwrite Original"));
-    case OutputDestination::customFolder:
-        return text(QT_TRANSLATE_NOOP("Options", "Save to Folder"));
+    case OutputDestination::alongside: return u"Save Alongside Original"_s;
+    case OutputDestination::overwrite: return u"Overwrite Original"_s;
+    case OutputDestination::customFolder: return u"Save to Folder"_s;
     }
     Q_UNREACHABLE();
 }
@@ -107,13 +90,11 @@ QString description(OutputDestination destination)
 {
     switch (destination) {
     case OutputDestination::alongside:
-        return text(QT_TRANSLATE_NOOP(
-            "Options", "Saves a copy with a \"-pixpress\" suffix next to the original"));
+        return u"Saves a copy with a \"-pixpress\" suffix next to the original"_s;
     case OutputDestination::overwrite:
-        return text(
-            QT_TRANSLATE_NOOP("Options", "Replaces the original file with the compressed version"));
+        return u"Replaces the original file with the compressed version"_s;
     case OutputDestination::customFolder:
-        return text(QT_TRANSLATE_NOOP("Options", "Saves all compressed images to a chosen folder"));
+        return u"Saves all compressed images to a chosen folder"_s;
     }
     Q_UNREACHABLE();
 }

@@ -5,18 +5,11 @@
 
 #include "ui/colours.h"
 
-#include <QCoreApplication>
 #include <QDir>
 
 namespace pixpress {
 
 namespace {
-
-/// A text of the options in the language of the window; itself where it is not translated.
-QString translated(const QString &text)
-{
-    return QCoreApplication::translate("Options", text.toUtf8());
-}
 
 /// The texts of all cases of a closed set, in the order in which every picker shows them.
 template <ClosedSet E>
@@ -24,7 +17,7 @@ QStringList texts(QString (*text)(E))
 {
     QStringList list;
     for (const E value : allCases<E>())
-        list.append(translated(text(value)));
+        list.append(text(value));
     return list;
 }
 
@@ -71,7 +64,7 @@ QStringList OptionsEditor::resizeModes() const
 
 QString OptionsEditor::resizeModeDescription() const
 {
-    return translated(description(options().resizeMode));
+    return description(options().resizeMode);
 }
 
 QString OptionsEditor::width() const
@@ -106,7 +99,7 @@ QStringList OptionsEditor::destinations() const
 
 QString OptionsEditor::destinationDescription() const
 {
-    return translated(description(options().outputDestination));
+    return description(options().outputDestination);
 }
 
 bool OptionsEditor::savesToFolder() const

@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Pixpress authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
+#include "pseudolanguage.h"
 #include "stage.h"
 
 #include <QSignalSpy>
@@ -32,6 +33,35 @@ private Q_SLOTS:
         QCOMPARE(editor().formats().join(u' '), u"PNG JPEG WebP AVIF"_s);
         QCOMPARE(editor().destinations().join(u'|'),
                  u"Save Alongside Original|Overwrite Original|Save to Folder"_s);
+    }
+
+    void choices_areEnglishInEveryLanguage()
+    {
+        test::PseudoLanguage language; // translates every text that is looked up
+        QVERIFY(QCoreApplication::installTranslator(&language));
+        QCOMPARE(editor().formats().join(u'|'), u"PNG|JPEG|WebP|AVIF"_s);
+        QCOMPARE(editor().resizeModes().join(u'|'), u"Scale|Fit|Cover|Thumb"_s);
+        QCOMPARE(editor().destinations().join(u'|'),
+                 u"Save Alongside Original|Overwrite Original|Save to Folder"_s);
+        QStringList descriptions;
+        for (int index = 0; index < 4; ++index) {
+            editor().setResizeMode(index);
+            descriptions.append(editor().resizeModeDescription());
+        }
+        for (int index = 0; index < 3; ++index) {
+            editor().setDestination(index);
+            descriptions.append(editor().destinationDescription());
+        }
+        QCOMPARE(
+            descriptions,
+            (QStringList{
+                u"Scales the image proportionally. Provide either a target width or height, not both."_s,
+                u"Scales the image proportionally to fit within the given dimensions."_s,
+                u"Scales and crops the image to cover the given dimensions exactly."_s,
+                u"Intelligently crops to focus on the most interesting area."_s,
+                u"Saves a copy with a \"-pixpress\" suffix next to the original"_s,
+                u"Replaces the original file with the compressed version"_s,
+                u"Saves all compressed images to a chosen folder"_s}));
     }
 
     void setters_reachTheOptions()
