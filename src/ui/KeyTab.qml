@@ -14,6 +14,12 @@ ColumnLayout {
     property string validationMessage
     property bool isValid: false
     readonly property alias isValidating: validation.isValidating
+    property bool isCheckReported: true ///< The outcome of the check that runs is waited for.
+
+    function reportCheck(message: string, good: bool) {
+        if (isCheckReported)
+            report(message, good);
+    }
 
     function report(message: string, good: bool) {
         validationMessage = ""; // so that it shows anew, also when it says the same again
@@ -27,8 +33,8 @@ ColumnLayout {
         id: validation
 
         app: root.app
-        onFinished: isValid => root.report(isValid ? qsTr("API key is valid") : qsTr("Invalid API key"), isValid)
-        onFailed: description => root.report(qsTr("Validation failed: %1").arg(description), false)
+        onFinished: isValid => root.reportCheck(isValid ? qsTr("API key is valid") : qsTr("Invalid API key"), isValid)
+        onFailed: description => root.reportCheck(qsTr("Validation failed: %1").arg(description), false)
     }
 
     FormSection {
@@ -58,7 +64,8 @@ ColumnLayout {
                     text: qsTr("Save Key")
                     enabled: root.apiKeyInput !== ""
                     onClicked: {
-                        root.app.appState.saveAPIKey(root.apiKeyInput);
+                        root.app.saveAPIKey(root.apiKeyInput);
+                        root.isCheckReported = false;
                         root.report(qsTr("Key saved successfully"), true);
                     }
                 }
@@ -70,6 +77,7 @@ ColumnLayout {
                         if (activeFocus)
                             field.forceActiveFocus(); // a disabled button cannot keep the keyboard
                         root.report("", false);
+                        root.isCheckReported = true;
                         validation.start(root.apiKeyInput);
                     }
                 }
@@ -88,8 +96,10 @@ ColumnLayout {
                     font: Theme.caption
                     color: root.isValid ? Theme.greenText : Theme.redText
                     wrapMode: Text.Wrap
+                    // As wide as its text where there is room, so that it ends where the row does.
                     Layout.fillWidth: true
-                    Layout.maximumWidth: Theme.scaled(230)
+                    Layout.preferredWidth: implicitWidth
+                    Layout.maximumWidth: implicitWidth
                     Accessible.role: Accessible.Notification // read out when it shows
                 }
             }

@@ -10,7 +10,7 @@ FormRow {
     id: root
 
     required property string label
-    required property int value
+    required property string value
     property color valueColor: Theme.primary
 
     Accessible.role: Accessible.StaticText

@@ -18,8 +18,11 @@ Column {
         spacing: 8
 
         IntegerField {
+            id: widthField
+
             objectName: "resizeWidth"
             label: qsTr("Width")
+            numberIn: text => root.options.numberIn(text)
             digits: root.options.width
             onEdited: digits => root.options.width = digits
             Layout.fillWidth: true
@@ -38,13 +41,27 @@ Column {
             Accessible.name: text
         }
         IntegerField {
+            id: heightField
+
             objectName: "resizeHeight"
             label: qsTr("Height")
+            numberIn: text => root.options.numberIn(text)
             digits: root.options.height
             onEdited: digits => root.options.height = digits
             Layout.fillWidth: true
             Layout.preferredWidth: 1
         }
+    }
+    SymbolLabel {
+        objectName: "refusedSize"
+        width: parent.width
+        visible: widthField.isRefused || heightField.isRefused
+        symbol: "exclamationmark.triangle.fill"
+        text: qsTr("Enter a whole number of pixels")
+        font: Theme.caption
+        color: Theme.redText
+        wrapMode: Text.Wrap
+        Accessible.role: Accessible.Notification // read out when it shows
     }
     SymbolLabel {
         objectName: "dimensionHint"

@@ -101,8 +101,8 @@ ColumnLayout {
     ListView {
         id: list
 
-        /// It has got the keyboard without anybody's asking for it: until a key is pressed no ring
-        /// is drawn.
+        /// It has got the keyboard by the pointer, or without anybody's asking for it: until a key
+        /// is pressed no ring is drawn.
         property bool isQuiet: false
         readonly property real pixelRatio: Screen.devicePixelRatio
 
@@ -151,6 +151,7 @@ ColumnLayout {
             onReveal: root.app.reveal(outputURL)
             onPressed: {
                 list.currentIndex = index;
+                list.isQuiet = true;
                 list.forceActiveFocus(Qt.MouseFocusReason);
             }
         }

@@ -41,7 +41,7 @@ Item {
 
     signal retry
     signal reveal
-    signal pressed
+    signal pressed ///< By the pointer.
 
     function tell() {
         told = summary;
@@ -52,6 +52,12 @@ Item {
             reveal();
         else if (isFailed)
             retry();
+    }
+
+    /// Of a button of the row, by the keyboard when that is seen to be on it.
+    function takePress(isByKey: bool) {
+        if (!isByKey)
+            pressed();
     }
 
     function openMenu(isByKey: bool) {
@@ -137,7 +143,7 @@ Item {
             anchors.left: thumbnail.right
             anchors.leftMargin: 12
             anchors.verticalCenter: parent.verticalCenter
-            width: row.width - thumbnail.width - 2 * 12 - trailing.width - trailing.anchors.rightMargin
+            width: row.width - thumbnail.width - 12 - 24 - trailing.width - trailing.anchors.rightMargin
             height: fileName.height + 3 + Math.max(originalSize.height, statusLabel.height)
 
             Text {
@@ -219,6 +225,7 @@ Item {
             text: qsTr("Retry")
             controlHeight: Theme.smallControl
             focusPolicy: root.isCurrent || activeFocus ? Qt.StrongFocus : Qt.ClickFocus
+            onPressed: root.takePress(visualFocus)
             onClicked: root.retry()
 
             HoverHandler {
@@ -272,6 +279,7 @@ Item {
                 anchors.right: parent.right
                 anchors.verticalCenter: parent.verticalCenter
                 focusPolicy: root.isCurrent || activeFocus ? Qt.StrongFocus : Qt.ClickFocus
+                onPressed: root.takePress(visualFocus)
                 onClicked: root.reveal()
             }
         }

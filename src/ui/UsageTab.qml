@@ -22,17 +22,17 @@ ColumnLayout {
         LabelledValue {
             objectName: "used"
             label: qsTr("Compressions Used")
-            value: root.quotaTracker.currentCount
+            value: String(root.quotaTracker.currentCount)
         }
         LabelledValue {
             objectName: "limit"
             label: qsTr("Monthly Limit")
-            value: root.quotaTracker.monthlyLimit
+            value: String(root.quotaTracker.monthlyLimit)
         }
         LabelledValue {
             objectName: "remainingRow"
             label: qsTr("Remaining")
-            value: root.remaining
+            value: String(root.remaining)
             valueColor: root.remaining < 50 ? Theme.redText : Theme.greenText
         }
         FormRow {

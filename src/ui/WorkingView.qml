@@ -14,7 +14,7 @@ Item {
     id: root
 
     required property PixpressApp app
-    readonly property bool isDropTargeted: dropArea.containsDrag && !app.isPanelOpen
+    readonly property bool isDropTargeted: dropTarget.isTargeted && !app.isPanelOpen
 
     ColumnLayout {
         anchors.fill: parent
@@ -125,27 +125,10 @@ Item {
         }
     }
 
-    DropArea {
-        id: dropArea
+    DropTarget {
+        id: dropTarget
 
-        anchors.fill: parent
-        keys: ["text/uri-list"]
-
-        onEntered: drag => {
-            if (root.app.acceptsDrag(drag.urls))
-                drag.accept(Qt.CopyAction);
-            else
-                drag.accepted = false;
-        }
-        onPositionChanged: drag => drag.accept(Qt.CopyAction) // each move proposes anew
-        onDropped: drop => {
-            const urls = drop.urls; // read before anything else goes on
-            drop.accepted = root.app.acceptsDrag(urls);
-            if (!drop.accepted)
-                return;
-            drop.accept(Qt.CopyAction);
-            root.app.handleDrop(urls);
-        }
+        app: root.app
     }
 
     LateView {

@@ -6,6 +6,7 @@
 #include <QRegularExpression>
 #include <QTextBoundaryFinder>
 
+#include <algorithm>
 #include <cmath>
 
 using namespace Qt::StringLiterals;
@@ -30,14 +31,18 @@ qsizetype characterCount(QStringView text)
     return count;
 }
 
+bool isHexDigit(QChar c)
+{
+    return std::u16string_view(u"0123456789abcdefABCDEF").contains(c.unicode());
+}
+
 /// The number that the leading hex digits make; 0 without any.
 uint leadingHex(QStringView text)
 {
     if (text.startsWith(u"0x", Qt::CaseInsensitive))
         text = text.mid(2);
     qsizetype length = 0;
-    while (length < text.size() &&
-           std::u16string_view(u"0123456789abcdefABCDEF").contains(text[length].unicode()))
+    while (length < text.size() && isHexDigit(text[length]))
         ++length;
     return text.first(length).toUInt(nullptr, 16);
 }
@@ -60,6 +65,12 @@ std::optional<QColor> colourFromHex(const QString &text)
     if (characterCount(trimmed) != 6)
         return std::nullopt;
     return QColor::fromRgb(leadingHex(trimmed) & 0xFFFFFF);
+}
+
+bool isHexColour(const QString &text)
+{
+    const QString trimmed = trimMarks(text);
+    return trimmed.size() == 6 && std::ranges::all_of(trimmed, isHexDigit);
 }
 
 QString toHex(const QColor &colour)

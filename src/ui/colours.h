@@ -15,6 +15,9 @@ namespace pixpress {
 /// the number. None when not exactly six characters remain.
 std::optional<QColor> colourFromHex(const QString &text);
 
+/// Whether colourFromHex() would read six hex digits, and nothing else within the marks.
+bool isHexColour(const QString &text);
+
 /// "#" and two lower-case digits a component; opacity is ignored. Components above 1 are not
 /// clamped and give longer texts; one that is no number ends the process.
 QString toHex(const QColor &colour);

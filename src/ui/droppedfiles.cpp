@@ -6,6 +6,7 @@
 #include "model/formats.h"
 
 #include <QDir>
+#include <QSysInfo>
 
 #include <algorithm>
 
@@ -18,11 +19,14 @@ namespace {
 /// File managers may name this machine in the address; a file elsewhere is none of ours.
 bool isOnThisMachine(const QUrl &url)
 {
-    return url.isLocalFile() && (url.host().isEmpty() || url.host() == u"localhost"_s);
+    const QString host = url.host();
+    return url.isLocalFile() &&
+           (host.isEmpty() || host == "localhost"_L1 ||
+            host.compare(QSysInfo::machineHostName(), Qt::CaseInsensitive) == 0);
 }
 
 /// The path of a file of this machine, with one slash in front: from two, Qt would make a host of a
-/// folder when the name of the copy is made.
+/// folder when the name of the copy is made. A folder's name does not depend on a slash behind it.
 QString pathOf(QUrl url)
 {
     if (!url.host().isEmpty())
@@ -30,6 +34,8 @@ QString pathOf(QUrl url)
     QString path = url.toLocalFile();
     while (path.startsWith("//"_L1))
         path.remove(0, 1);
+    while (path.size() > 1 && path.endsWith(u'/'))
+        path.chop(1);
     return path;
 }
 
@@ -39,6 +45,11 @@ QString pathOf(QUrl url)
 bool isWhole(const QString &path)
 {
     return QDir::isAbsolutePath(path) && !path.startsWith(u':') && !path.contains(QChar(0));
+}
+
+bool isSupportedPath(const QString &path)
+{
+    return isSupported(path.mid(path.lastIndexOf(u'/') + 1)) && isWhole(path);
 }
 
 /// Whether the address says the path and nothing else, and says it in plain letters. Making it anew
@@ -57,6 +68,13 @@ bool hasFile(const QList<QUrl> &dragged)
     return std::ranges::any_of(dragged, isOnThisMachine);
 }
 
+bool hasSupportedFile(const QList<QUrl> &dragged)
+{
+    return std::ranges::any_of(dragged, [](const QUrl &url) {
+        return isOnThisMachine(url) && isSupportedPath(pathOf(url));
+    });
+}
+
 QList<QUrl> supportedFiles(const QList<QUrl> &dropped)
 {
     QList<QUrl> supported;
@@ -65,7 +83,7 @@ QList<QUrl> supportedFiles(const QList<QUrl> &dropped)
         if (!isOnThisMachine(url))
             continue;
         const QString path = pathOf(url);
-        if (isSupported(path.mid(path.lastIndexOf(u'/') + 1)) && isWhole(path))
+        if (isSupportedPath(path))
             supported.append(isPlain(url, path) ? url : QUrl::fromLocalFile(path));
     }
     return supported;

@@ -12,6 +12,9 @@ namespace pixpress {
 /// Whether any of them is a file of this machine.
 bool hasFile(const QList<QUrl> &dragged);
 
+/// Whether supportedFiles() would leave any of them.
+bool hasSupportedFile(const QList<QUrl> &dragged);
+
 /// The files of this machine that have a supported extension. The rest is left out silently.
 QList<QUrl> supportedFiles(const QList<QUrl> &dropped);
 

@@ -4,6 +4,7 @@
 #include "ui/optionseditor.h"
 
 #include "ui/colours.h"
+#include "ui/singleline.h"
 
 #include <QDir>
 
@@ -34,11 +35,13 @@ QString toDigits(std::optional<qint64> value)
     return value ? QString::number(*value) : QString();
 }
 
+/// A number without a sign, perhaps with blanks around it.
 std::optional<qint64> fromDigits(const QString &digits)
 {
+    const QString trimmed = digits.trimmed();
     bool isNumber = false;
-    const qint64 value = digits.toLongLong(&isNumber);
-    return isNumber ? std::optional(value) : std::nullopt;
+    const qint64 value = trimmed.toLongLong(&isNumber);
+    return isNumber && trimmed[0].isDigit() ? std::optional(value) : std::nullopt;
 }
 
 } // namespace
@@ -110,7 +113,17 @@ bool OptionsEditor::savesToFolder() const
 QString OptionsEditor::folder() const
 {
     const auto &url = options().customFolderURL;
-    return url ? QDir::toNativeSeparators(url->toLocalFile()) : QString();
+    return url ? toSingleLine(QDir::toNativeSeparators(url->toLocalFile())) : QString();
+}
+
+QString OptionsEditor::numberIn(const QString &text)
+{
+    return toDigits(fromDigits(text));
+}
+
+bool OptionsEditor::isColour(const QString &text)
+{
+    return isHexColour(text);
 }
 
 void OptionsEditor::setResizeEnabled(bool enabled)
@@ -150,8 +163,8 @@ void OptionsEditor::setBackground(const QColor &colour)
 
 void OptionsEditor::setBackgroundText(const QString &text)
 {
-    if (const auto colour = colourFromHex(text))
-        setBackground(*colour);
+    if (isColour(text))
+        setBackground(*colourFromHex(text));
 }
 
 void OptionsEditor::setPreserveCopyright(bool preserve)

@@ -74,7 +74,7 @@ public:
     int destination() const { return static_cast<int>(options().outputDestination); }
     QString destinationDescription() const;
     bool savesToFolder() const;
-    QString folder() const; ///< Full path in the platform's own form; empty when none is chosen.
+    QString folder() const; ///< Full path in the platform's own form, on one line; empty when none.
 
     void setResizeEnabled(bool enabled);
     // An index that is none changes nothing; a text that is no number stands for no value.
@@ -89,6 +89,11 @@ public:
     void setPreserveCreation(bool preserve);
     void setPreserveLocation(bool preserve);
     void setDestination(int index);
+
+    /// The digits that a size gets from what is typed for it; empty when that is no number.
+    Q_INVOKABLE static QString numberIn(const QString &text);
+    /// Whether a typed text stands for a colour.
+    Q_INVOKABLE static bool isColour(const QString &text);
 
     /// Returns when the panel is closed; when that was cancelled the folder stays.
     Q_INVOKABLE void chooseFolder();

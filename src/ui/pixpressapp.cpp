@@ -169,8 +169,15 @@ QString PixpressApp::storedKey() const
     return KeychainHelper::loadAPIKey(m_settings).value_or(QString());
 }
 
+void PixpressApp::saveAPIKey(const QString &key)
+{
+    m_savedWish = ++m_lastWish;
+    m_appState.saveAPIKey(key);
+}
+
 QCoro::Task<TinifyService::Result<bool>> PixpressApp::validateAPIKey(QString key)
 {
+    const int wish = ++m_lastWish;
     const auto check = m_checks.emplace(m_checks.end(), m_service.value());
     const auto isValid = co_await check->validateAPIKey(key);
     // Not here, where its own answer is being delivered. When the application is ending this is
@@ -178,8 +185,10 @@ QCoro::Task<TinifyService::Result<bool>> PixpressApp::validateAPIKey(QString key
     QMetaObject::invokeMethod(this, [this, check] { m_checks.erase(check); }, Qt::QueuedConnection);
     // The key that was asked about: what stands in the field may be another by now, and then
     // nobody knows whether that one is good.
-    if (isValid.value_or(false))
+    if (isValid.value_or(false) && wish > m_savedWish) {
+        m_savedWish = wish;
         m_appState.saveAPIKey(key);
+    }
     co_return isValid;
 }
 

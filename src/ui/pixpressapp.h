@@ -69,7 +69,7 @@ public:
     Q_INVOKABLE void openFilePicker();
     /// Whether a drag of these over the window is any of its business: not that of a web link, and
     /// none while a panel is open.
-    Q_INVOKABLE bool acceptsDrag(const QList<QUrl> &dragged) const;
+    bool acceptsDrag(const QList<QUrl> &dragged) const;
     /// Adds what was dropped on the window: local files of a supported extension, in one batch.
     Q_INVOKABLE void handleDrop(const QList<QUrl> &dropped);
     /// Makes the failed task of this row pending again, with the options of this moment.
@@ -82,7 +82,10 @@ public:
 
     /// The stored key, to fill a masked field with; empty when there is none.
     Q_INVOKABLE QString storedKey() const;
-    /// Asks the web service, and saves the key when it is good. Any number at a time.
+    /// Saves the key without asking the service.
+    Q_INVOKABLE void saveAPIKey(const QString &key);
+    /// Asks the web service, and saves the key when it is good, unless a later wish of the user's has
+    /// saved one meanwhile. Any number at a time.
     QCoro::Task<TinifyService::Result<bool>> validateAPIKey(QString key);
 
 Q_SIGNALS:
@@ -97,6 +100,8 @@ private:
     OptionsEditor::FolderChooser folderPanel(OptionsEditor::FolderChooser own);
 
     SettingsStore &m_settings;
+    int m_lastWish = 0;  ///< Numbers what the user asked to check or to save.
+    int m_savedWish = 0; ///< By which the stored key came.
     Panels m_panels;
     bool m_isPanelOpen = false;
     const Revealer m_reveal;

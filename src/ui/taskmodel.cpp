@@ -4,6 +4,7 @@
 #include "ui/taskmodel.h"
 
 #include "model/bytes.h"
+#include "ui/singleline.h"
 
 #include <QGuiApplication>
 
@@ -90,8 +91,8 @@ QString savedText(const CompressionTask &task)
 
 QString summary(const CompressionTask &task)
 {
-    QStringList words{task.fileName, ByteFormatter::format(task.originalSize), statusText(task),
-                      savingsText(task), savedText(task)};
+    QStringList words{toSingleLine(task.fileName), ByteFormatter::format(task.originalSize),
+                      statusText(task), savingsText(task), savedText(task)};
     words.removeAll(QString());
     return words.join(QStringLiteral(", "));
 }
@@ -148,7 +149,7 @@ QVariant TaskModel::data(const QModelIndex &index, int role) const
         return {};
     const CompressionTask &task = taskAt(index.row());
     switch (role) {
-    case FileName: return task.fileName;
+    case FileName: return toSingleLine(task.fileName);
     case SourceURL: return task.sourceURL;
     case OriginalSize: return ByteFormatter::format(task.originalSize);
     case TaskState: return QVariant::fromValue(stateOf(task.status));

@@ -168,12 +168,17 @@ QStringList drag(const Desktop &desktop, Program &source, QPoint from, QPoint to
     return actions;
 }
 
-QStringList drag(const Desktop &desktop, const QStringList &files, const Program &target)
+QStringList drag(const Desktop &desktop, const QStringList &files, QPoint to)
 {
     Program source(desktop, QStringLiteral(PIXPRESS_DRAG_SOURCE), offering(files));
     if (!source.isInFront())
         return {u"the source does not show"_s};
-    return drag(desktop, source, source.area().center(), target.area().center());
+    return drag(desktop, source, source.area().center(), to);
+}
+
+QStringList drag(const Desktop &desktop, const QStringList &files, const Program &target)
+{
+    return drag(desktop, files, target.area().center());
 }
 
 } // namespace pixpress::test

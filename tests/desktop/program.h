@@ -58,7 +58,9 @@ Invocation offering(const QStringList &files);
 /// Drags what `source` offers from one point of the screen to another. Returns the drop's actions
 /// as they were offered, and the one carried out at last.
 QStringList drag(const Desktop &desktop, Program &source, QPoint from, QPoint to);
-/// Has a program of its own offer files, and drags them onto the middle of the target.
+/// Has a program of its own offer files, and drags them to a point of the screen.
+QStringList drag(const Desktop &desktop, const QStringList &files, QPoint to);
+/// The same onto the middle of the target.
 QStringList drag(const Desktop &desktop, const QStringList &files, const Program &target);
 
 } // namespace pixpress::test

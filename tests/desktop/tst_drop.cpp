@@ -20,6 +20,7 @@ private Q_SLOTS:
 
     void pictures_areCompressedBesideThemselves();
     void secondDrop_ontoTheList_isTakenToo();
+    void menuBar_takesFilesForCopyingToo();
     void whatIsNoPicture_isLeftOutSilently();
 
 private:
@@ -88,6 +89,15 @@ void DropTest::secondDrop_ontoTheList_isTakenToo()
     QVERIFY(drag(*m_desktop, {m_desktop->sample(u"lake at dusk.jpg"_s, u"b.jpg"_s)}, *m_program)
                 .contains(u"done copy"_s));
     QTRY_VERIFY_WITH_TIMEOUT(isSmaller(u"b-pixpress.jpg"_s, u"b.jpg"_s), patience);
+}
+
+void DropTest::menuBar_takesFilesForCopyingToo()
+{
+    const QPoint menuBar(m_program->area().center().x(), m_program->area().top() + 5);
+    QCOMPARE(drag(*m_desktop, {m_desktop->sample(u"island map.png"_s, u"a.png"_s)}, menuBar)
+                 .join(u", "),
+             u"started, offered copy, done copy, read"_s);
+    QTRY_VERIFY_WITH_TIMEOUT(isSmaller(u"a-pixpress.png"_s, u"a.png"_s), patience);
 }
 
 void DropTest::whatIsNoPicture_isLeftOutSilently()

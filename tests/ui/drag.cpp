@@ -24,13 +24,22 @@ void Drag::fill()
         m_data.setText(text);
 }
 
-void Drag::enter(QQuickWindow *window, int x, int y)
+void Drag::send(QQuickWindow *window, QDropEvent &&event)
 {
-    fill();
-    QDragEnterEvent event({x, y}, offered, &m_data, Qt::LeftButton, Qt::NoModifier);
     QCoreApplication::sendEvent(window, &event);
     m_accepted = event.isAccepted();
     m_action = event.dropAction();
+}
+
+void Drag::enter(QQuickWindow *window, int x, int y)
+{
+    fill();
+    send(window, QDragEnterEvent({x, y}, offered, &m_data, Qt::LeftButton, Qt::NoModifier));
+}
+
+void Drag::move(QQuickWindow *window, int x, int y)
+{
+    send(window, QDragMoveEvent({x, y}, offered, &m_data, Qt::LeftButton, Qt::NoModifier));
 }
 
 void Drag::leave(QQuickWindow *window)
@@ -42,10 +51,8 @@ void Drag::leave(QQuickWindow *window)
 void Drag::drop(QQuickWindow *window, int x, int y)
 {
     fill();
-    QDropEvent event({qreal(x), qreal(y)}, offered, &m_data, Qt::LeftButton, Qt::NoModifier);
-    QCoreApplication::sendEvent(window, &event);
-    m_accepted = event.isAccepted();
-    m_action = event.dropAction();
+    send(window,
+         QDropEvent({qreal(x), qreal(y)}, offered, &m_data, Qt::LeftButton, Qt::NoModifier));
 }
 
 } // namespace pixpress::test

@@ -3,6 +3,7 @@
 
 #pragma once
 
+#include <QDropEvent>
 #include <QMimeData>
 #include <QQmlEngine>
 #include <QQuickWindow>
@@ -24,6 +25,7 @@ public:
     /// At this place of the window. Whether anything takes it is in `accepted` afterwards, and what
     /// would be done with the files in `action`.
     Q_INVOKABLE void enter(QQuickWindow *window, int x, int y);
+    Q_INVOKABLE void move(QQuickWindow *window, int x, int y);
     Q_INVOKABLE void leave(QQuickWindow *window);
     Q_INVOKABLE void drop(QQuickWindow *window, int x, int y);
 
@@ -35,6 +37,7 @@ public:
 
 private:
     void fill();
+    void send(QQuickWindow *window, QDropEvent &&event);
 
     QMimeData m_data;
     bool m_accepted = false;

@@ -6,6 +6,7 @@
 #include "ui/appearance.h"
 
 #include <QAccessible>
+#include <QClipboard>
 #include <QDesktopServices>
 #include <QDir>
 #include <QFile>
@@ -166,9 +167,14 @@ QString Stage::described(QObject *item)
                      : QString();
 }
 
-void Stage::setCount(int count)
+void Stage::setCount(qint64 count)
 {
     m_app->appState()->quotaTracker()->setCurrentCount(count);
+}
+
+void Stage::copy(const QString &text)
+{
+    QGuiApplication::clipboard()->setText(text);
 }
 
 QString Stage::storedKey() const

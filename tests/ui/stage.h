@@ -61,7 +61,7 @@ public:
     Q_INVOKABLE void hold() { server.hold(); }
     Q_INVOKABLE void releaseOne() { server.releaseOne(); }
     Q_INVOKABLE void release() { server.release(); }
-    Q_INVOKABLE void setCount(int count);
+    Q_INVOKABLE void setCount(qint64 count);
     /// As before every compression: a new month starts when there is one.
     Q_INVOKABLE void rollOver() { m_app->appState()->quotaTracker()->checkMonthRollover(); }
     /// The colours that the desktop asks for.
@@ -69,6 +69,8 @@ public:
     /// What the desktop is said to prefer, by the names of DesktopPreferences; what is left out is
     /// as usual.
     Q_INVOKABLE void prefer(const QVariantMap &preferences);
+    /// Puts a text on the clipboard.
+    Q_INVOKABLE void copy(const QString &text);
     Q_INVOKABLE QString storedKey() const;
     Q_INVOKABLE QString options() const; ///< The current options, as text to compare.
 

@@ -67,6 +67,23 @@ private Q_SLOTS:
         QVERIFY(!colourFromHex(text));
     }
 
+    void hexColour_isSixHexDigits_data()
+    {
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<bool>("isColour");
+
+        for (const char *text : {"ff8800", "#FF8800", " #ff8800 ", "--ab12cd--"})
+            QTest::newRow(text) << text << true;
+        for (const char *text : {"orange", "zzzzzz", "12345g", "fff", "0xff88", "#ff8800ff", ""})
+            QTest::newRow(text) << text << false;
+    }
+
+    void hexColour_isSixHexDigits()
+    {
+        QFETCH(QString, text);
+        QTEST(isHexColour(text), "isColour");
+    }
+
     void writing_roundsHalvesUp_data()
     {
         QTest::addColumn<QColor>("colour");

@@ -24,8 +24,8 @@ private Q_SLOTS:
         QTest::addColumn<QByteArray>("url");
         QTest::addColumn<QString>("path"); // empty when it is left out
 
-        const auto row = [](const char *url, const char *path) {
-            QTest::newRow(url) << QByteArray(url) << QString::fromUtf8(path);
+        const auto row = [](const QByteArray &url, const char *path) {
+            QTest::newRow(url) << url << QString::fromUtf8(path);
         };
         row("file:///a/b.png", "/a/b.png");
         row("file:///a/photo.PNG", "/a/photo.PNG");
@@ -49,10 +49,14 @@ private Q_SLOTS:
         row("file:////a/b.png", "/a/b.png");
         row("file://../a/b.png", "/a/b.png");
         row("file:///a/../b.png", "/a/../b.png");
+        row("file:///a/folder.png/", "/a/folder.png"); // as "file:///a/folder.png"
+        row("file:///a/folder.png//", "/a/folder.png");
+        const QByteArray host = QSysInfo::machineHostName().toUtf8();
+        row("file://" + host + "/a/b.png", "/a/b.png");
+        row("file://" + host.toUpper() + "/a/b%20c.png", "/a/b c.png");
 
         row("file:///a/notes.txt", "");
         row("file:///a/folder/", "");
-        row("file:///a/folder.png/", "");
         row("file:///a/nothing", "");
         row("file:///a/b.png.bak", "");
         row("file:///a/b.gif", "");
@@ -63,6 +67,7 @@ private Q_SLOTS:
         row("file:a/b.png", "");
         row("file::/icon/16.png", "");
         row("file://server/share/b.png", "");
+        row("file://" + host + ".example.org/a/b.png", "");
         row("http://localhost/b.png", "");
         row("https://tinypng.com/a.png", "");
         row("ftp://server/a.png", "");

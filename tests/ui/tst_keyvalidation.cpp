@@ -138,6 +138,22 @@ private Q_SLOTS:
         QVERIFY(finished.isEmpty() || !finished[0][0].toBool());
     }
 
+    void keySavedWhileACheckRuns_stays()
+    {
+        m_stage.hold();
+        const auto first = validation();
+        const auto second = validation();
+        first->start(u"checked"_s);
+        QTRY_COMPARE(m_stage.waiting(), 1);
+        m_stage.app()->saveAPIKey(u"saved"_s);
+        m_stage.release();
+        QTRY_VERIFY(!first->isValidating());
+        QCOMPARE(m_stage.storedKey(), u"saved"_s);
+        second->start(u"next"_s);
+        QTRY_VERIFY(!second->isValidating());
+        QCOMPARE(m_stage.storedKey(), u"next"_s);
+    }
+
     void twoViews_checkSideBySide()
     {
         const auto first = validation();

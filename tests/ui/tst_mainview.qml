@@ -176,6 +176,24 @@ ViewTest {
         drag.leave(root.Window.window);
     }
 
+    function test_dragOfWhatIsNotAdded_doesNotShow_data() {
+        return [{ tag: "folder", url: "file:///tmp" }, { tag: "folder with a slash", url: "file:///tmp/" }, { tag: "foreign type", url: "file:///tmp/notes.txt" }];
+    }
+
+    function test_dragOfWhatIsNotAdded_doesNotShow(row) {
+        const view = show(component);
+        drag.urls = [row.url, "file:///tmp/other.gif"];
+        drag.enter(root.Window.window, 400, 300);
+        verify(drag.accepted);
+        compare(drag.action, Qt.CopyAction);
+        verify(!view.isDropTargeted);
+        drag.leave(root.Window.window);
+        drag.urls = [row.url, "file:///tmp/picture.png"];
+        drag.enter(root.Window.window, 400, 300);
+        verify(view.isDropTargeted, "with a picture among them");
+        drag.leave(root.Window.window);
+    }
+
     function test_panel_opensAfterTheHandlerThatAskedForIt() {
         show(component);
         panels.clear();
@@ -227,6 +245,20 @@ ViewTest {
         stage.app.options.chooseFolder();
         stage.panelOpened.disconnect(look);
         compare(stage.batches.length, 0);
+        drag.enter(root.Window.window, 400, 300);
+        const refused = [];
+        const move = () => {
+            drag.move(root.Window.window, 410, 300);
+            refused.push(drag.accepted);
+        };
+        stage.panelOpened.connect(move);
+        stage.app.options.chooseFolder();
+        stage.panelOpened.disconnect(move);
+        compare(refused, [false]);
+        drag.move(root.Window.window, 420, 300);
+        verify(drag.accepted, "once the panel has closed");
+        compare(drag.action, Qt.CopyAction);
+        drag.leave(root.Window.window);
     }
 
     function test_dragWithoutFiles_isNotTaken() {

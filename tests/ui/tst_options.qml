@@ -51,7 +51,7 @@ ViewTest {
     }
 
     function test_allClosed_showsTheAlwaysShown() {
-        compare(texts(show(component)), ["Resize", "Enable Resize", "Output Format", "Convert Format", "Preserve Metadata", "Copyright", "Creation Date", "GPS Location", "Output", "Save to", "Save Alongside Original", options().destinationDescription].join("\n"));
+        compare(texts(show(component)), ["Resize", "Enable Resize", "Output Format", "Convert Format", "Preserve Metadata", "Copyright", "Creation Date", "GPS Location", "Output", "Save to", "Save Alongside Original", "Saves a copy with a \"-pixpress\" suffix next to the original"].join("\n"));
     }
 
     function test_allOpen_showsAll() {
@@ -62,7 +62,7 @@ ViewTest {
         options().convertEnabled = true;
         options().convertFormat = 1;
         options().destination = 2;
-        compare(texts(view), ["Resize", "Enable Resize", "Method", "Scale", options().resizeModeDescription, "Width", "or", "Height", hint, "Output Format", "Convert Format", "Convert to", "JPEG", "Background", caption, "Preserve Metadata", "Copyright", "Creation Date", "GPS Location", "Output", "Save to", "Save to Folder", options().destinationDescription, "No folder chosen", "Choose…"].join("\n"));
+        compare(texts(view), ["Resize", "Enable Resize", "Method", "Scale", "Scales the image proportionally. Provide either a target width or height, not both.", "Width", "or", "Height", hint, "Output Format", "Convert Format", "Convert to", "JPEG", "Background", caption, "Preserve Metadata", "Copyright", "Creation Date", "GPS Location", "Output", "Save to", "Save to Folder", "Saves all compressed images to a chosen folder", "No folder chosen", "Choose…"].join("\n"));
         compare(withText(view, options().resizeModeDescription).font, Theme.caption);
         compare(withText(view, options().resizeModeDescription).color, Theme.secondary);
         compare(withText(view, "or").font, Theme.caption);
@@ -126,24 +126,34 @@ ViewTest {
         verify(picker.Accessible.name !== "");
     }
 
-    function test_description_followsTheMethod() {
-        const view = show(component);
-        options().resizeEnabled = true;
-        const texts = new Set();
-        for (const mode of ["Scale", "Cover", "Thumb", "Fit"]) {
-            pick(view, "resizeMode", mode);
-            compare(findChild(view, "resizeDescription").text, options().resizeModeDescription);
-            texts.add(options().resizeModeDescription);
-        }
-        compare(texts.size, 4);
+    function test_description_followsTheMethod_data() {
+        return [
+            { tag: "Scale", text: "Scales the image proportionally. Provide either a target width or height, not both." },
+            { tag: "Fit", text: "Scales the image proportionally to fit within the given dimensions." },
+            { tag: "Cover", text: "Scales and crops the image to cover the given dimensions exactly." },
+            { tag: "Thumb", text: "Intelligently crops to focus on the most interesting area." }
+        ];
     }
 
-    function test_destinationDescription_followsTheDestination() {
+    function test_description_followsTheMethod(row) {
         const view = show(component);
-        const before = findChild(view, "destinationDescription").text;
-        pick(view, "destination", "Overwrite Original");
-        verify(findChild(view, "destinationDescription").text !== before);
-        compare(findChild(view, "destinationDescription").text, options().destinationDescription);
+        options().resizeEnabled = true;
+        pick(view, "resizeMode", row.tag);
+        compare(findChild(view, "resizeDescription").text, row.text);
+    }
+
+    function test_description_followsTheDestination_data() {
+        return [
+            { tag: "Save Alongside Original", text: "Saves a copy with a \"-pixpress\" suffix next to the original" },
+            { tag: "Overwrite Original", text: "Replaces the original file with the compressed version" },
+            { tag: "Save to Folder", text: "Saves all compressed images to a chosen folder" }
+        ];
+    }
+
+    function test_description_followsTheDestination(row) {
+        const view = show(component);
+        pick(view, "destination", row.tag);
+        compare(findChild(view, "destinationDescription").text, row.text);
     }
 
     function test_or_standsBetweenTheFieldsOfScaleOnly() {
@@ -191,14 +201,87 @@ ViewTest {
         compare(options()[row.tag], "");
     }
 
-    function test_field_takesDigitsOnly() {
+    function test_typedNumber_isTakenAsItStands_data() {
+        return [
+            { tag: "at the end", before: "", keys: ["1", "2", "3"], text: "123" },
+            { tag: "first digit replaced", before: "1050", keys: [Qt.Key_Home, Qt.Key_Delete, "2"], text: "2050" },
+            { tag: "digit in the middle", before: "1050", keys: [Qt.Key_Home, Qt.Key_Right, "9"], text: "19050" },
+            { tag: "last digit taken", before: "1050", keys: [Qt.Key_End, Qt.Key_Backspace], text: "105" },
+            { tag: "zeros in front", before: "", keys: ["0", "0", "7"], text: "007", number: "7" },
+            { tag: "ten digits", before: "", keys: Array.from("1234567890"), text: "1234567890" },
+            { tag: "nothing left", before: "5", keys: [Qt.Key_Backspace], text: "" }
+        ];
+    }
+
+    function test_typedNumber_isTakenAsItStands(row) {
         const view = show(component);
         options().resizeEnabled = true;
-        fill(view, "resizeWidth", "1a-2.b3 ");
-        compare(entry(view, "resizeWidth").text, "123");
-        compare(options().width, "123");
-        fill(view, "resizeWidth", "12345678901");
-        compare(entry(view, "resizeWidth").text, "123456789"); // which is all that fits a number
+        options().width = row.before;
+        const field = entry(view, "resizeWidth");
+        field.forceActiveFocus(Qt.TabFocusReason);
+        field.cursorPosition = row.before.length;
+        row.keys.forEach(key => keyClick(key));
+        compare(field.text, row.text);
+        compare(options().width, row.number ?? row.text);
+        verify(!findChild(view, "refusedSize").visible);
+        keyClick(Qt.Key_Tab);
+        compare(field.text, row.number ?? row.text);
+    }
+
+    function test_pastedNumber_isTakenOrVisiblyRefused_data() {
+        return [
+            { tag: "300", number: "300" },
+            { tag: " 300 ", number: "300" },
+            { tag: "300\n", number: "300" },
+            { tag: "1234567890", number: "1234567890" },
+            { tag: "9223372036854775807", number: "9223372036854775807" },
+            { tag: "9223372036854775808", number: "" },
+            { tag: "-5", number: "" },
+            { tag: "+5", number: "" },
+            { tag: "1,000", number: "" },
+            { tag: "3 00", number: "" },
+            { tag: "300px", number: "" },
+            { tag: "1e3", number: "" }
+        ];
+    }
+
+    function test_pastedNumber_isTakenOrVisiblyRefused(row) {
+        const view = show(component);
+        options().resizeEnabled = true;
+        options().width = "42";
+        const field = entry(view, "resizeWidth");
+        field.forceActiveFocus(Qt.TabFocusReason);
+        stage.copy(row.tag);
+        field.selectAll();
+        keySequence(StandardKey.Paste);
+        compare(field.text, row.tag.replace("\n", ""));
+        compare(options().width, row.number);
+        const isRefused = row.number === "";
+        const refusal = findChild(view, "refusedSize");
+        compare(refusal.visible, isRefused);
+        compare(field.background.border.width, isRefused ? 2 : 1);
+        compare(field.background.border.color, isRefused ? Theme.redText : Theme.controlBorder);
+        keyClick(Qt.Key_Tab);
+        compare(field.text, isRefused ? row.tag : row.number); // what is refused stays in view
+        compare(refusal.visible, isRefused);
+        if (!isRefused)
+            return;
+        compare(texts(refusal), "Enter a whole number of pixels");
+        compare(refusal.color, Theme.redText);
+        compare(entry(view, "resizeHeight").background.border.width, 1);
+        fill(view, "resizeWidth", "8");
+        verify(!refusal.visible);
+        compare(options().width, "8");
+    }
+
+    function test_numberSetElsewhere_showsInTheField() {
+        const view = show(component);
+        options().resizeEnabled = true;
+        fill(view, "resizeWidth", "12");
+        options().width = "34";
+        compare(entry(view, "resizeWidth").text, "34");
+        options().width = "";
+        compare(entry(view, "resizeWidth").text, "");
     }
 
     function test_switchedOffAndOn_keepsTheFields() {
@@ -266,6 +349,46 @@ ViewTest {
         compare(options().backgroundText, row.colour);
     }
 
+    function test_typedTextThatIsNoColour_isVisiblyRefused_data() {
+        return [
+            { tag: "orange", colour: "" },
+            { tag: "fff", colour: "" },
+            { tag: "#ff8800ff", colour: "" },
+            { tag: "0x1234", colour: "" },
+            { tag: "", colour: "" },
+            { tag: " #FF8800 ", colour: "#ff8800" },
+            { tag: "ff8800", colour: "#ff8800" }
+        ];
+    }
+
+    function test_typedTextThatIsNoColour_isVisiblyRefused(row) {
+        const view = show(component);
+        options().convertEnabled = true;
+        options().convertFormat = 1;
+        options().background = "#123456";
+        mouseClick(findChild(view, "background"));
+        const field = found("hex");
+        tryCompare(field, "activeFocus", true);
+        field.selectAll();
+        keyClick(Qt.Key_Delete);
+        type(row.tag);
+        compare(field.text, row.tag);
+        compare(find("refusedColour").visible, row.colour === "");
+        keyClick(Qt.Key_Return);
+        compare(options().backgroundText, row.colour || "#123456");
+        if (row.colour !== "") {
+            tryVerify(() => find("hex") === null);
+            return;
+        }
+        verify(find("hex").visible, "it stays open");
+        compare(texts(find("refusedColour")), "Enter six hexadecimal digits");
+        compare(find("refusedColour").color, Theme.redText);
+        compare(field.background.border.color, Theme.redText);
+        keyClick(Qt.Key_Escape);
+        tryVerify(() => find("hex") === null);
+        compare(options().backgroundText, "#123456");
+    }
+
     function test_swatch_isTakenAndClosesTheChoice() {
         const view = show(component);
         options().convertEnabled = true;
@@ -285,7 +408,7 @@ ViewTest {
         options().destination = 2;
         stage.pickedFolder = "file:///some/two%0Alines";
         mouseClick(findChild(view, folderButton));
-        compare(findChild(view, "folder").text, "/some/two\nlines");
+        compare(findChild(view, "folder").text, "/some/two lines");
         compare(findChild(view, "folder").lineCount, 1);
     }
 

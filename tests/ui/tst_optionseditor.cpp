@@ -117,6 +117,9 @@ private Q_SLOTS:
         QTest::newRow("number") << u"300"_s << u"300"_s;
         QTest::newRow("zero") << u"0"_s << u"0"_s;
         QTest::newRow("leading zeros") << u"007"_s << u"7"_s;
+        QTest::newRow("blanks around it") << u" 300 "_s << u"300"_s;
+        QTest::newRow("sign") << u"-5"_s << QString();
+        QTest::newRow("largest") << u"9223372036854775807"_s << u"9223372036854775807"_s;
         QTest::newRow("empty") << QString() << QString();
         QTest::newRow("letters") << u"abc"_s << QString();
         QTest::newRow("beyond 64 bits") << u"99999999999999999999"_s << QString();

@@ -101,6 +101,67 @@ ViewTest {
         compare(stage.storedKey(), "checked");
     }
 
+    function test_keySavedDuringACheck_isNotUndoneByIt_data() {
+        return [{ tag: "good", accepted: "checked" }, { tag: "bad", accepted: "other" }];
+    }
+
+    function test_keySavedDuringACheck_isNotUndoneByIt(row) {
+        stage.acceptOnly(row.accepted);
+        opened(0);
+        stage.hold();
+        find("apiKey").text = "checked";
+        mouseClick(find("validate"));
+        tryCompare(stage, "waiting", 1);
+        find("apiKey").text = "saved";
+        mouseClick(find("saveKey"));
+        stage.release();
+        tryVerify(() => find("validate").enabled);
+        compare(stage.storedKey(), "saved");
+        compare(texts(find("message")), "Key saved successfully");
+        stage.acceptOnly("saved");
+        mouseClick(find("validate"));
+        tryVerify(() => texts(find("message")) === "API key is valid");
+    }
+
+    function test_message_endsWhereTheRowDoes_data() {
+        return [{ tag: "short", message: "" }, { tag: "long", message: "broken" }];
+    }
+
+    function test_message_endsWhereTheRowDoes(row) {
+        if (row.message !== "")
+            stage.breakConnections();
+        opened(0);
+        mouseClick(find(row.message === "" ? "saveKey" : "validate"));
+        const message = found("message");
+        tryVerify(() => texts(message) !== "" && placeOf(message, sheet()).right === 480 - 16 - 10);
+        verify(message.width <= message.implicitWidth);
+        verify(placeOf(message, sheet()).x >= placeOf(find("validate"), sheet()).right + 8);
+        verify(!message.truncated);
+    }
+
+    function test_pastedLineBreaks_areTakenOutOfTheKey_data() {
+        return [
+            { tag: "at the end", pasted: "secret\n", kept: "secret" },
+            { tag: "of DOS", pasted: "secret\r\n", kept: "secret" },
+            { tag: "in the middle", pasted: "sec\nret", kept: "secret" },
+            { tag: "others", pasted: "\u2028sec\u0085ret\u2029", kept: "secret" },
+            { tag: "blanks stay", pasted: " secret ", kept: " secret " }
+        ];
+    }
+
+    function test_pastedLineBreaks_areTakenOutOfTheKey(row) {
+        opened(0);
+        const field = find("apiKey");
+        field.forceActiveFocus();
+        stage.copy(row.pasted);
+        field.selectAll();
+        keySequence(StandardKey.Paste);
+        compare(field.text, row.kept);
+        compare(field.cursorPosition, row.kept.length);
+        mouseClick(find("saveKey"));
+        compare(stage.storedKey(), row.kept);
+    }
+
     function test_emptyField_disablesBothButtons() {
         opened(0);
         find("apiKey").forceActiveFocus();
@@ -244,6 +305,8 @@ ViewTest {
             { tag: "450", left: "50", color: Theme.greenText },
             { tag: "451", left: "49", color: Theme.redText },
             { tag: "500", left: "0", color: Theme.redText },
+            { tag: "3000000000", left: "0", color: Theme.redText },
+            { tag: "9007199254740990", left: "0", color: Theme.redText },
             { tag: "510", left: "0", color: Theme.redText }
         ];
     }
@@ -253,6 +316,7 @@ ViewTest {
         opened(1);
         compare(search(find("remainingRow"), "value").text, row.left);
         compare(search(find("remainingRow"), "value").color, row.color);
+        compare(search(find("used"), "value").text, row.tag);
         compare(search(find("used"), "value").color, Theme.primary);
     }
 

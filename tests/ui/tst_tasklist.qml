@@ -299,6 +299,31 @@ ViewTest {
         compare(ringsOf(rows(view)[0]).length, 1);
     }
 
+    function test_click_drawsNoRingUntilAKeyIsPressed_data() {
+        return [
+            { tag: "row", button: Qt.LeftButton, target: row => findChild(row, "fileName") },
+            { tag: "retry button", button: Qt.LeftButton, target: row => findChild(row, "retry") }
+        ];
+    }
+
+    function test_click_drawsNoRingUntilAKeyIsPressed(data) {
+        const rings = view => shown(view).filter(item => item.border !== undefined && Qt.colorEqual(item.border.color, Theme.focusRing)).length;
+        stage.failWith(500, "No.");
+        addAndFinish("a.png");
+        addAndFinish("b.png");
+        const view = show(component);
+        for (let i = 0; i < 2; ++i) { // the second time the list has the keyboard already
+            mouseClick(data.target(rows(view)[0]));
+            tryVerify(() => !stage.app.appState.compressionQueue.hasActiveTasks && findChild(rows(view)[0], "retry") !== null);
+            verify(findChild(view, "rows").activeFocus);
+            compare(rings(view), 0);
+        }
+        keyClick(Qt.Key_Down);
+        compare(rings(view), 1);
+        mouseClick(findChild(rows(view)[1], "fileName"));
+        compare(rings(view), 0);
+    }
+
     function test_list_isNamed() {
         stage.hold();
         stage.app.handleDrop([stage.file("a.png")]);

@@ -41,6 +41,14 @@ private Q_SLOTS:
         QCOMPARE(model().progressText(), u"0/3 completed"_s);
     }
 
+    void nameOfSeveralLines_readsOnOne()
+    {
+        m_stage.hold();
+        add({u"two\nlines\tand\x1b a\u2028half.png"_s});
+        QCOMPARE(names(), u"two lines and  a half.png"_s);
+        QVERIFY(model().data(model().index(0), TaskModel::Summary).toString().startsWith(names()));
+    }
+
     void completedTask_readsAsText()
     {
         m_stage.answerWith(1'534'000, 582'920);

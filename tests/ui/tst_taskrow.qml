@@ -131,6 +131,22 @@ ViewTest {
         compare(findChild(row, "fileName").font, Theme.bodyMedium);
     }
 
+    function test_texts_endTwentyFourPointsBeforeWhatIsAtTheRight_data() {
+        return [
+            { tag: "clock", create: () => created({}), find: row => shown(row).filter(item => item.name === "clock").pop() },
+            { tag: "spinner", create: () => created({ taskState: TaskModel.State.compressing }), find: row => withRole(row, Accessible.ProgressBar)[0] },
+            { tag: "retry", create: () => failed({}), find: row => findChild(row, "retry") },
+            { tag: "savings", create: () => completed({ saved: "saved 999.9 MB" }), find: row => findChild(row, "saved") }
+        ];
+    }
+
+    function test_texts_endTwentyFourPointsBeforeWhatIsAtTheRight(data) {
+        const row = data.create();
+        const right = placeOf(data.find(row), row);
+        fuzzyCompare(placeOf(findChild(row, "fileName"), row).right, right.x - 24, 0.01);
+        fuzzyCompare(placeOf(findChild(row, "status"), row).right, right.x - 24, 0.01);
+    }
+
     function test_runningRow_keepsFourPointsAtTheRightOfTheSpinner() {
         const row = created({ taskState: TaskModel.State.uploading, statusText: "Uploading" });
         compare(placeOf(withRole(row, Accessible.ProgressBar)[0], row).right, 600 - 20 - 4);

@@ -43,6 +43,38 @@ ViewTest {
         compare(entries, ["&Pixpress: Settings…, Quit", "&File: Add Files…"]);
     }
 
+    /// The middle of parts of the window, and its corners.
+    function test_drop_isTakenForCopyingEverywhere_data() {
+        return [
+            { tag: "menu bar", x: 500, y: 10 },
+            { tag: "menu", x: 30, y: 14 },
+            { tag: "toolbar", x: 460, y: 50 },
+            { tag: "sidebar", x: 130, y: 300 },
+            { tag: "drop zone", x: 600, y: 300 },
+            { tag: "quota bar", x: 600, y: 605 },
+            { tag: "first pixel", x: 0, y: 0 },
+            { tag: "last pixel", x: 919, y: 619 }
+        ];
+    }
+
+    function test_drop_isTakenForCopyingEverywhere(row) {
+        stage.hold();
+        const window = opened();
+        drag.urls = [stage.file("a.png")];
+        const enteredAt = [[row.x, row.y], [500, 10], [600, 300]];
+        for (const [x, y] of enteredAt) {
+            drag.enter(window, x, y);
+            compare([drag.accepted, drag.action], [true, Qt.CopyAction], "entered at " + x + ", " + y);
+            drag.move(window, row.x, row.y);
+            compare([drag.accepted, drag.action], [true, Qt.CopyAction], "moved on from " + x + ", " + y);
+            drag.leave(window);
+        }
+        drag.enter(window, 500, 10);
+        drag.drop(window, row.x, row.y);
+        compare([drag.accepted, drag.action], [true, Qt.CopyAction]);
+        compare(stage.batches, [1]);
+    }
+
     function test_ctrlComma_opensTheSettings() {
         const window = opened();
         verify(!stage.app.appState.showSettings);

@@ -15,6 +15,7 @@ T.Popup {
     required property string label ///< What is coloured; for assistive technology.
     required property color value
     required property string hex
+    required property var isColour ///< A function: whether a text stands for a colour.
 
     readonly property int columns: 8
     readonly property int rows: 5
@@ -89,19 +90,39 @@ T.Popup {
         }
 
         TextEntry {
+            id: hex
+
             objectName: "hex"
             label: qsTr("Colour as #rrggbb")
             text: root.hex
             isCode: true
-            maximumLength: 7
+            isRefused: !root.isColour(text)
             focus: true
             Layout.fillWidth: true
             Keys.onEscapePressed: event => {
                 text = root.hex; // closing finishes the editing too
                 event.accepted = false;
             }
-            onEditingFinished: root.typed(text)
-            onAccepted: root.close()
+            onEditingFinished: {
+                if (!isRefused)
+                    root.typed(text);
+            }
+            onAccepted: {
+                if (!isRefused)
+                    root.close();
+            }
+        }
+        SymbolLabel {
+            objectName: "refusedColour"
+            visible: hex.isRefused
+            symbol: "exclamationmark.triangle.fill"
+            text: qsTr("Enter six hexadecimal digits")
+            font: Theme.caption
+            color: Theme.redText
+            wrapMode: Text.Wrap
+            Layout.fillWidth: true
+            Layout.preferredWidth: 1
+            Accessible.role: Accessible.Notification // read out when it shows
         }
     }
     background: Rectangle {

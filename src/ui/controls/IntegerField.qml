@@ -4,16 +4,30 @@
 import QtQuick
 import Pixpress
 
-/// A field for a whole number under its label; empty means that there is none.
+/// A field for a whole number under its label; empty means that there is none. What is typed stays
+/// as it is until the editing ends.
 Column {
     id: root
 
     required property string label
-    required property string digits
+    required property string digits ///< The number that is set.
+    required property var numberIn ///< A function: the digits that a text stands for, or an empty text.
+    readonly property bool isRefused: field.text.trim() !== "" && numberIn(field.text) === ""
 
     signal edited(string digits)
 
+    function showNumber() {
+        if (!isRefused)
+            field.text = digits;
+    }
+
     spacing: 3
+
+    onDigitsChanged: {
+        if (numberIn(field.text) !== digits) // set elsewhere
+            field.text = digits;
+    }
+    Component.onCompleted: field.text = digits
 
     Text {
         width: parent.width
@@ -26,13 +40,13 @@ Column {
         Accessible.ignored: true
     }
     TextEntry {
+        id: field
+
         width: parent.width
         label: root.label
-        text: root.digits
+        isRefused: root.isRefused
         inputMethodHints: Qt.ImhDigitsOnly
-        validator: RegularExpressionValidator {
-            regularExpression: /[0-9]{0,9}/
-        }
-        onTextEdited: root.edited(text)
+        onTextEdited: root.edited(root.numberIn(text))
+        onEditingFinished: root.showNumber()
     }
 }

@@ -15,6 +15,7 @@ T.TextField {
     property string label: placeholderText ///< What is to be entered; for assistive technology.
     /// It holds something for machines, a key or a number of a colour, that is never mirrored.
     property bool isCode: false
+    property bool isRefused: false ///< What stands in it is not taken.
 
     implicitWidth: Theme.scaled(120)
     implicitHeight: Theme.regularControl
@@ -30,6 +31,7 @@ T.TextField {
     selectedTextColor: Theme.primary
     selectByMouse: true
     passwordCharacter: "•"
+    validator: SingleLine {}
     LayoutMirroring.enabled: isCode ? false : undefined // as it is inherited
 
     Accessible.role: Accessible.EditableText
@@ -39,8 +41,8 @@ T.TextField {
     background: Rectangle {
         radius: Theme.controlRadius
         color: Theme.fieldFill
-        border.width: 1
-        border.color: Theme.controlBorder
+        border.width: root.isRefused ? 2 : 1
+        border.color: root.isRefused ? Theme.redText : Theme.controlBorder
 
         FocusRing {
             visible: root.activeFocus
