@@ -7,6 +7,10 @@ import Pixpress
 
 /// What the program is, its version, and who made it.
 ColumnLayout {
+    id: root
+
+    required property PixpressApp app
+
     spacing: 16
 
     Item {
@@ -39,7 +43,7 @@ ColumnLayout {
         Accessible.name: text
     }
     Text {
-        text: qsTr("Image compression powered by TinyPNG API")
+        text: root.app.isOffline ? qsTr("Compresses on this computer: your pictures never leave it") : qsTr("Image compression powered by TinyPNG API")
         font: Theme.subheadline
         color: Theme.secondary
         horizontalAlignment: Text.AlignHCenter

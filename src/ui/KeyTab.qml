@@ -27,6 +27,7 @@ ColumnLayout {
         isValid = good;
     }
 
+    objectName: "keyTab"
     spacing: 16
 
     KeyValidation {

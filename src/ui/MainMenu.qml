@@ -58,7 +58,7 @@ T.MenuBar {
         title: "&Pixpress"
 
         T.Action {
-            text: qsTr("Settings…")
+            text: root.app.isOffline ? qsTr("About Pixpress") : qsTr("Settings…")
             shortcut: "Ctrl+,"
             enabled: !root.app.isPanelOpen
             onTriggered: root.app.appState.showSettings = true
@@ -76,7 +76,7 @@ T.MenuBar {
         T.Action {
             text: qsTr("Add Files…")
             shortcut: "Ctrl+O"
-            enabled: root.app.appState.isAPIKeyConfigured && !root.app.appState.showSettings && !root.app.isPanelOpen
+            enabled: !root.app.needsKey && !root.app.appState.showSettings && !root.app.isPanelOpen
             onTriggered: root.app.openFilePicker()
         }
     }

@@ -4,7 +4,7 @@
 import QtQuick
 import Pixpress
 
-/// The window's content: the onboarding until a key is configured, then the working layout.
+/// The window's content: the onboarding while a key is needed, then the working layout.
 Item {
     id: root
 
@@ -17,7 +17,7 @@ Item {
         initial: ({
             app: root.app
         })
-        active: !root.app.appState.isAPIKeyConfigured
+        active: root.app.needsKey
     }
 
     LateView {
@@ -28,6 +28,6 @@ Item {
         initial: ({
             app: root.app
         })
-        active: root.app.appState.isAPIKeyConfigured
+        active: !root.app.needsKey
     }
 }

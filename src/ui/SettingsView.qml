@@ -8,14 +8,15 @@ import QtQuick.Layouts
 import QtQuick.Templates as T
 import Pixpress
 
-/// The content of the settings sheet: the key, the month's usage, and about the program.
+/// The content of the settings sheet: the key, the month's usage, and about the program. Offline
+/// there is only the last.
 Sheet {
     id: root
 
     required property PixpressApp app
     property alias tab: tabs.currentIndex
 
-    title: qsTr("Settings")
+    title: app.isOffline ? qsTr("About") : qsTr("Settings")
     // Of large text there may be more than the window has room for.
     width: Math.min(Theme.scaled(480), (parent?.width ?? 520) - 40)
     height: Math.min(Theme.scaled(380), (parent?.height ?? 420) - 40)
@@ -57,6 +58,7 @@ Sheet {
             id: tabs
 
             objectName: "tabs"
+            visible: !root.app.isOffline
             Layout.topMargin: Theme.padding
             Layout.alignment: Qt.AlignHCenter
 
@@ -95,16 +97,26 @@ Sheet {
 
                 anchors.fill: parent
                 anchors.rightMargin: page.interactive ? 12 : 0 // for the scroll bar
-                currentIndex: tabs.currentIndex
+                currentIndex: root.app.isOffline ? 2 : tabs.currentIndex
 
-                KeyTab {
-                    objectName: "keyTab"
+                LateView {
+                    view: "KeyTab"
+                    initial: ({
+                        app: root.app
+                    })
+                    active: !root.app.isOffline
+                    focus: active
+                }
+                LateView {
+                    view: "UsageTab"
+                    initial: ({
+                        quotaTracker: root.app.appState.quotaTracker
+                    })
+                    active: !root.app.isOffline
+                }
+                AboutTab {
                     app: root.app
                 }
-                UsageTab {
-                    quotaTracker: root.app.appState.quotaTracker
-                }
-                AboutTab {}
             }
         }
 

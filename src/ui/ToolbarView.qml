@@ -76,9 +76,9 @@ Rectangle {
         }
         ToolbarButton {
             objectName: "settings"
-            text: qsTr("Settings")
-            symbol: "gearshape"
-            help: qsTr("Open settings")
+            text: root.app.isOffline ? qsTr("About") : qsTr("Settings")
+            symbol: root.app.isOffline ? "info.circle" : "gearshape"
+            help: root.app.isOffline ? qsTr("About Pixpress") : qsTr("Open settings")
             onClicked: root.app.appState.showSettings = true
         }
     }

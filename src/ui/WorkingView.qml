@@ -109,10 +109,12 @@ Item {
                     }
 
                     Divider {
+                        visible: !root.app.isOffline
                         Layout.fillWidth: true
                     }
 
                     QuotaBarView {
+                        visible: !root.app.isOffline
                         quotaTracker: root.app.appState.quotaTracker
                         Layout.fillWidth: true
                         Layout.leftMargin: 16

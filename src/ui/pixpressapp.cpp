@@ -50,6 +50,7 @@ PixpressApp::PixpressApp(SettingsStore &settings, const std::optional<ServiceCon
       m_tasks(*m_appState.compressionQueue()),
       m_options(m_appState, folderPanel(std::move(seams.folderChooser)))
 {
+    connect(&m_appState, &AppState::isAPIKeyConfiguredChanged, this, &PixpressApp::needsKeyChanged);
 }
 
 PixpressApp::~PixpressApp() = default;
@@ -120,11 +121,11 @@ OptionsEditor::FolderChooser PixpressApp::folderPanel(OptionsEditor::FolderChoos
 
 void PixpressApp::openFiles(const QList<QUrl> &files)
 {
-    if (m_appState.isAPIKeyConfigured())
+    if (!needsKey())
         return handleDrop(files);
     connect(
-        &m_appState, &AppState::isAPIKeyConfiguredChanged, this,
-        [this, files] { handleDrop(files); }, Qt::SingleShotConnection);
+        this, &PixpressApp::needsKeyChanged, this, [this, files] { handleDrop(files); },
+        Qt::SingleShotConnection);
 }
 
 void PixpressApp::openFilePicker()

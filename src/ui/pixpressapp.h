@@ -32,6 +32,8 @@ class PixpressApp : public QObject
     Q_PROPERTY(pixpress::TaskModel *tasks READ tasks CONSTANT)
     Q_PROPERTY(pixpress::OptionsEditor *options READ options CONSTANT)
     Q_PROPERTY(pixpress::Thumbnails *thumbnails READ thumbnails CONSTANT)
+    Q_PROPERTY(bool isOffline READ isOffline CONSTANT)
+    Q_PROPERTY(bool needsKey READ needsKey NOTIFY needsKeyChanged)
     Q_PROPERTY(bool isPanelOpen READ isPanelOpen NOTIFY isPanelOpenChanged)
 
 public:
@@ -54,6 +56,9 @@ public:
     TaskModel *tasks() { return &m_tasks; }
     OptionsEditor *options() { return &m_options; }
     Thumbnails *thumbnails() { return &m_thumbnails; }
+    bool isOffline() const { return !m_service; } ///< There is neither key nor quota.
+    /// Nothing can be compressed before the user has given a key.
+    bool needsKey() const { return !isOffline() && !m_appState.isAPIKeyConfigured(); }
     /// The user is picking files or a folder. There is one panel at a time: asked for meanwhile,
     /// another is as good as cancelled.
     bool isPanelOpen() const { return m_isPanelOpen; }
@@ -90,6 +95,7 @@ public:
 
 Q_SIGNALS:
     void isPanelOpenChanged();
+    void needsKeyChanged();
 
 private:
     /// What the panel picks; as if cancelled when another is open.

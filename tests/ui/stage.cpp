@@ -46,6 +46,16 @@ Stage::~Stage()
 
 void Stage::start(const QString &key)
 {
+    startWith(ServiceConfig{.baseURL = server.url(), .limits = {}}, key);
+}
+
+void Stage::startOffline()
+{
+    startWith(std::nullopt, {});
+}
+
+void Stage::startWith(const std::optional<ServiceConfig> &service, const QString &key)
+{
     const std::unique_ptr<PixpressApp> previous = std::move(m_app);
     m_settings.setValue(u"pixpress_api_key"_s, key);
     server.setRaw({});
@@ -60,7 +70,7 @@ void Stage::start(const QString &key)
     m_acceptedKey.clear();
     answerWith(1000, 400);
     m_app = std::make_unique<PixpressApp>(
-        m_settings, ServiceConfig{.baseURL = server.url(), .limits = {}},
+        m_settings, service,
         PixpressApp::Seams{.openPanel =
                                [this](const OpenPanelRequest &) {
                                    Q_EMIT panelOpened();

@@ -43,6 +43,8 @@ public:
 
     /// Starts the application anew, with this key stored; without one when it is empty.
     Q_INVOKABLE void start(const QString &key = QStringLiteral("stored"));
+    /// Starts the edition that compresses on this computer, without a key.
+    Q_INVOKABLE void startOffline();
     /// Makes a file of so many bytes that is no picture; its address.
     Q_INVOKABLE QUrl file(const QString &name, int bytes = 1000);
     /// A copy of one of the project's own pictures.
@@ -99,6 +101,7 @@ Q_SIGNALS:
     void panelOpened(); ///< Of either kind; it closes when all who are told have returned.
 
 private:
+    void startWith(const std::optional<ServiceConfig> &service, const QString &key);
     Answer answer(const Request &request);
 
     QTemporaryDir m_dir;

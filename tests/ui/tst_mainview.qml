@@ -44,6 +44,27 @@ ViewTest {
         compare(stage.batches.length, 0);
     }
 
+    function test_offlineEdition_showsTheWorkingLayoutWithoutKeyAndQuota() {
+        stage.startOffline();
+        const view = show(component);
+        compare(stage.storedKey(), "");
+        verify(!stage.app.needsKey);
+        verify(find("browse").visible && find("addFiles").visible && find("form").visible);
+        verify(!find("bar").visible);
+        const all = texts(view);
+        for (const text of ["TinyPNG", "500 per", "/500", "left)", "Key", "Settings"])
+            verify(!all.includes(text), text + " in " + all);
+        const divider = withRole(view, Accessible.Separator).filter(item => item.width > 500 && placeOf(item, view).y > 100);
+        compare(divider.length, 0, "and no line above what is not there");
+        compare(find("settings").text, "About");
+        compare(find("settings").symbol, "info.circle");
+        compare(find("settings").help, "About Pixpress");
+        drag.urls = files(2);
+        drag.enter(root.Window.window, 400, 300);
+        drag.drop(root.Window.window, 400, 300);
+        compare(stage.batches, [2]);
+    }
+
     function test_settingsAskedForTooEarly_openOnceTheKeyIsSaved() {
         stage.start("");
         show(component);

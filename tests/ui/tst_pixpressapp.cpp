@@ -33,6 +33,13 @@ private Q_SLOTS:
         QTRY_COMPARE(m_stage.app()->appState()->compressionQueue()->completedCount(), 2);
     }
 
+    void filesToOpenOffline_needNoKey()
+    {
+        m_stage.startOffline();
+        m_stage.app()->openFiles({m_stage.file(u"a.png"_s)});
+        QCOMPARE(m_stage.batches, QList<int>{1});
+    }
+
     void noFilesToOpen_addNothing()
     {
         m_stage.start({});

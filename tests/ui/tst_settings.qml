@@ -348,6 +348,21 @@ ViewTest {
         compare(divider.y, placeOf(withText(sheet(), "Image compression powered by TinyPNG API"), sheet()).bottom + 16 + 4);
     }
 
+    function test_offlineEdition_hasTheAboutPageOnly() {
+        stage.startOffline();
+        show(component);
+        stage.app.appState.showSettings = true;
+        found("done");
+        tryVerify(() => find("done").parent.parent.parent.opacity === 1);
+        compare(find("apiKey"), null);
+        compare(find("reset"), null);
+        verify(!find("tabs").visible);
+        const page = find("done").parent.parent;
+        compare(texts(page).replace(/<[^>]*>/g, ""), ["About", "Done", "Pixpress", "Version 1.0.2", "Compresses on this computer: your pictures never leave it", "Built with ❤️ by", "The Pixpress authors"].join("\n"));
+        mouseClick(find("done"));
+        tryVerify(() => find("done") === null);
+    }
+
     function test_closing_isByReturnEscapeAndDone_data() {
         return [
             { tag: "Return", act: () => keyClick(Qt.Key_Return) },

@@ -75,6 +75,15 @@ ViewTest {
         compare(stage.batches, [1]);
     }
 
+    function test_menusOffline_nameTheAboutPage() {
+        stage.startOffline();
+        const menu = opened().menuBar.menuAt(0);
+        compare(Array.from({ length: menu.count }, (_, item) => menu.itemAt(item).text), ["About Pixpress", "Quit"]);
+        stage.picked = [stage.file("a.png")];
+        keySequence("Ctrl+O");
+        tryCompare(stage, "batches", [1]);
+    }
+
     function test_ctrlComma_opensTheSettings() {
         const window = opened();
         verify(!stage.app.appState.showSettings);
