@@ -15,6 +15,10 @@
         <source>Built with ❤️ by</source>
         <translation>Mit ❤️ entwickelt von</translation>
     </message>
+    <message>
+        <source>Compresses on this computer: your pictures never leave it</source>
+        <translation>Komprimiert auf diesem Computer: Ihre Bilder verlassen ihn nie</translation>
+    </message>
 </context>
 <context>
     <name>ActivityIndicator</name>
@@ -39,6 +43,10 @@
     <message>
         <source>Colour as #rrggbb</source>
         <translation>Farbe als #rrggbb</translation>
+    </message>
+    <message>
+        <source>Enter six hexadecimal digits</source>
+        <translation>Sechs hexadezimale Ziffern eingeben</translation>
     </message>
 </context>
 <context>
@@ -183,6 +191,10 @@
         <source>Add Files…</source>
         <translation>Dateien hinzufügen&#xa0;…</translation>
     </message>
+    <message>
+        <source>About Pixpress</source>
+        <translation>Über Pixpress</translation>
+    </message>
 </context>
 <context>
     <name>MetadataSection</name>
@@ -313,6 +325,10 @@ mit der TinyPNG-API – bis zu 500 pro Monat kostenlos.</translation>
         <source>Only one dimension set — will scale proportionally</source>
         <translation>Nur ein Maß angegeben – das Bild wird proportional skaliert</translation>
     </message>
+    <message>
+        <source>Enter a whole number of pixels</source>
+        <translation>Ganze Zahl von Pixeln eingeben</translation>
+    </message>
 </context>
 <context>
     <name>ResizeMethod</name>
@@ -432,6 +448,14 @@ mit der TinyPNG-API – bis zu 500 pro Monat kostenlos.</translation>
     <message>
         <source>Open settings</source>
         <translation>Einstellungen öffnen</translation>
+    </message>
+    <message>
+        <source>About</source>
+        <translation>Info</translation>
+    </message>
+    <message>
+        <source>About Pixpress</source>
+        <translation>Über Pixpress</translation>
     </message>
 </context>
 <context>

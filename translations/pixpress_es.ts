@@ -15,6 +15,10 @@
         <source>Built with ❤️ by</source>
         <translation>Hecho con ❤️ por</translation>
     </message>
+    <message>
+        <source>Compresses on this computer: your pictures never leave it</source>
+        <translation>Comprime en este equipo: sus imágenes nunca salen de él</translation>
+    </message>
 </context>
 <context>
     <name>ActivityIndicator</name>
@@ -39,6 +43,10 @@
     <message>
         <source>Colour as #rrggbb</source>
         <translation>Color en formato #rrggbb</translation>
+    </message>
+    <message>
+        <source>Enter six hexadecimal digits</source>
+        <translation>Introduzca seis dígitos hexadecimales</translation>
     </message>
 </context>
 <context>
@@ -183,6 +191,10 @@
         <source>Add Files…</source>
         <translation>Añadir archivos…</translation>
     </message>
+    <message>
+        <source>About Pixpress</source>
+        <translation>Acerca de Pixpress</translation>
+    </message>
 </context>
 <context>
     <name>MetadataSection</name>
@@ -313,6 +325,10 @@ con la API de TinyPNG: hasta 500 gratis al mes.</translation>
         <source>Only one dimension set — will scale proportionally</source>
         <translation>Solo se ha definido una dimensión: la imagen se escalará proporcionalmente</translation>
     </message>
+    <message>
+        <source>Enter a whole number of pixels</source>
+        <translation>Introduzca un número entero de píxeles</translation>
+    </message>
 </context>
 <context>
     <name>ResizeMethod</name>
@@ -432,6 +448,14 @@ con la API de TinyPNG: hasta 500 gratis al mes.</translation>
     <message>
         <source>Open settings</source>
         <translation>Abrir los ajustes</translation>
+    </message>
+    <message>
+        <source>About</source>
+        <translation>Acerca de</translation>
+    </message>
+    <message>
+        <source>About Pixpress</source>
+        <translation>Acerca de Pixpress</translation>
     </message>
 </context>
 <context>

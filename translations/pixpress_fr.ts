@@ -15,6 +15,10 @@
         <source>Built with ❤️ by</source>
         <translation>Créé avec ❤️ par</translation>
     </message>
+    <message>
+        <source>Compresses on this computer: your pictures never leave it</source>
+        <translation>Compresse sur cet ordinateur : vos images ne le quittent jamais</translation>
+    </message>
 </context>
 <context>
     <name>ActivityIndicator</name>
@@ -39,6 +43,10 @@
     <message>
         <source>Colour as #rrggbb</source>
         <translation>Couleur au format #rrggbb</translation>
+    </message>
+    <message>
+        <source>Enter six hexadecimal digits</source>
+        <translation>Saisissez six chiffres hexadécimaux</translation>
     </message>
 </context>
 <context>
@@ -183,6 +191,10 @@
         <source>Add Files…</source>
         <translation>Ajouter des fichiers…</translation>
     </message>
+    <message>
+        <source>About Pixpress</source>
+        <translation>À propos de Pixpress</translation>
+    </message>
 </context>
 <context>
     <name>MetadataSection</name>
@@ -313,6 +325,10 @@ avec l’API TinyPNG — jusqu’à 500 gratuites par mois.</translation>
         <source>Only one dimension set — will scale proportionally</source>
         <translation>Une seule dimension définie — l’image sera redimensionnée proportionnellement</translation>
     </message>
+    <message>
+        <source>Enter a whole number of pixels</source>
+        <translation>Saisissez un nombre entier de pixels</translation>
+    </message>
 </context>
 <context>
     <name>ResizeMethod</name>
@@ -432,6 +448,14 @@ avec l’API TinyPNG — jusqu’à 500 gratuites par mois.</translation>
     <message>
         <source>Open settings</source>
         <translation>Ouvrir les réglages</translation>
+    </message>
+    <message>
+        <source>About</source>
+        <translation>À propos</translation>
+    </message>
+    <message>
+        <source>About Pixpress</source>
+        <translation>À propos de Pixpress</translation>
     </message>
 </context>
 <context>

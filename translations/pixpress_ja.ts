@@ -15,6 +15,10 @@
         <source>Built with ❤️ by</source>
         <translation>❤️を込めて制作：</translation>
     </message>
+    <message>
+        <source>Compresses on this computer: your pictures never leave it</source>
+        <translation>このコンピューターで圧縮します。画像が外部に送られることはありません</translation>
+    </message>
 </context>
 <context>
     <name>ActivityIndicator</name>
@@ -39,6 +43,10 @@
     <message>
         <source>Colour as #rrggbb</source>
         <translation>#rrggbb形式の色</translation>
+    </message>
+    <message>
+        <source>Enter six hexadecimal digits</source>
+        <translation>16進数6桁で入力してください</translation>
     </message>
 </context>
 <context>
@@ -183,6 +191,10 @@
         <source>Add Files…</source>
         <translation>ファイルを追加…</translation>
     </message>
+    <message>
+        <source>About Pixpress</source>
+        <translation>Pixpressについて</translation>
+    </message>
 </context>
 <context>
     <name>MetadataSection</name>
@@ -312,6 +324,10 @@ using the TinyPNG API — up to 500 free per month.</source>
         <source>Only one dimension set — will scale proportionally</source>
         <translation>片方の寸法のみ指定されています。縦横比を保って拡大・縮小します</translation>
     </message>
+    <message>
+        <source>Enter a whole number of pixels</source>
+        <translation>ピクセル数を整数で入力してください</translation>
+    </message>
 </context>
 <context>
     <name>ResizeMethod</name>
@@ -431,6 +447,14 @@ using the TinyPNG API — up to 500 free per month.</source>
     <message>
         <source>Open settings</source>
         <translation>設定を開く</translation>
+    </message>
+    <message>
+        <source>About</source>
+        <translation>情報</translation>
+    </message>
+    <message>
+        <source>About Pixpress</source>
+        <translation>Pixpressについて</translation>
     </message>
 </context>
 <context>

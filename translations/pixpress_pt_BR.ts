@@ -15,6 +15,10 @@
         <source>Built with ❤️ by</source>
         <translation>Feito com ❤️ por</translation>
     </message>
+    <message>
+        <source>Compresses on this computer: your pictures never leave it</source>
+        <translation>Comprime neste computador: suas imagens nunca saem dele</translation>
+    </message>
 </context>
 <context>
     <name>ActivityIndicator</name>
@@ -39,6 +43,10 @@
     <message>
         <source>Colour as #rrggbb</source>
         <translation>Cor no formato #rrggbb</translation>
+    </message>
+    <message>
+        <source>Enter six hexadecimal digits</source>
+        <translation>Digite seis dígitos hexadecimais</translation>
     </message>
 </context>
 <context>
@@ -183,6 +191,10 @@
         <source>Add Files…</source>
         <translation>Adicionar arquivos…</translation>
     </message>
+    <message>
+        <source>About Pixpress</source>
+        <translation>Sobre o Pixpress</translation>
+    </message>
 </context>
 <context>
     <name>MetadataSection</name>
@@ -313,6 +325,10 @@ com a API do TinyPNG — até 500 grátis por mês.</translation>
         <source>Only one dimension set — will scale proportionally</source>
         <translation>Apenas uma dimensão definida — a imagem será dimensionada proporcionalmente</translation>
     </message>
+    <message>
+        <source>Enter a whole number of pixels</source>
+        <translation>Digite um número inteiro de pixels</translation>
+    </message>
 </context>
 <context>
     <name>ResizeMethod</name>
@@ -432,6 +448,14 @@ com a API do TinyPNG — até 500 grátis por mês.</translation>
     <message>
         <source>Open settings</source>
         <translation>Abrir os ajustes</translation>
+    </message>
+    <message>
+        <source>About</source>
+        <translation>Sobre</translation>
+    </message>
+    <message>
+        <source>About Pixpress</source>
+        <translation>Sobre o Pixpress</translation>
     </message>
 </context>
 <context>

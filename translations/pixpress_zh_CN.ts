@@ -15,6 +15,10 @@
         <source>Built with ❤️ by</source>
         <translation>用 ❤️ 制作，作者：</translation>
     </message>
+    <message>
+        <source>Compresses on this computer: your pictures never leave it</source>
+        <translation>在本机上压缩：您的图片绝不会离开这台电脑</translation>
+    </message>
 </context>
 <context>
     <name>ActivityIndicator</name>
@@ -39,6 +43,10 @@
     <message>
         <source>Colour as #rrggbb</source>
         <translation>#rrggbb 格式的颜色</translation>
+    </message>
+    <message>
+        <source>Enter six hexadecimal digits</source>
+        <translation>请输入六位十六进制数字</translation>
     </message>
 </context>
 <context>
@@ -183,6 +191,10 @@
         <source>Add Files…</source>
         <translation>添加文件…</translation>
     </message>
+    <message>
+        <source>About Pixpress</source>
+        <translation>关于 Pixpress</translation>
+    </message>
 </context>
 <context>
     <name>MetadataSection</name>
@@ -312,6 +324,10 @@ using the TinyPNG API — up to 500 free per month.</source>
         <source>Only one dimension set — will scale proportionally</source>
         <translation>只设置了一个尺寸，将按比例缩放</translation>
     </message>
+    <message>
+        <source>Enter a whole number of pixels</source>
+        <translation>请输入整数像素值</translation>
+    </message>
 </context>
 <context>
     <name>ResizeMethod</name>
@@ -431,6 +447,14 @@ using the TinyPNG API — up to 500 free per month.</source>
     <message>
         <source>Open settings</source>
         <translation>打开设置</translation>
+    </message>
+    <message>
+        <source>About</source>
+        <translation>关于</translation>
+    </message>
+    <message>
+        <source>About Pixpress</source>
+        <translation>关于 Pixpress</translation>
     </message>
 </context>
 <context>

@@ -22,9 +22,12 @@ void addShown(QQuickItem *item, QList<QQuickItem *> &items)
 
 } // namespace
 
-Scene::Scene(const QString &key, QSize size)
+Scene::Scene(const QString &key, QSize size, Edition edition)
 {
-    stage.start(key);
+    if (edition == Edition::offline)
+        stage.startOffline();
+    else
+        stage.start(key);
     if (!stage.app()->show(*engine))
         qFatal("There is no window.");
     window = qobject_cast<QQuickWindow *>(engine->rootObjects().first());

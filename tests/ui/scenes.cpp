@@ -88,8 +88,14 @@ void options(QSize size, const Visit &visit)
         options.setResizeMode(static_cast<int>(mode));
         visit(scene, u"options-"_s + rawValue(mode), Rest::comes);
     }
+    auto *width = firstOf(scene, "QQuickTextField", scene.item(u"resizeWidth"_s));
+    width->setProperty("text", u"1,200"_s);
+    visit(scene, u"options-refused"_s, Rest::comes);
+    width->setProperty("text", u"1200"_s);
     scene.click(u"background"_s);
     visit(scene, u"colours"_s, Rest::never);
+    scene.item(u"hex"_s)->setProperty("text", u"orange"_s);
+    visit(scene, u"colours-refused"_s, Rest::never);
     scene.closePopups();
     auto *form = scene.item(u"form"_s);
     form->setProperty("contentY", form->property("contentHeight").toReal() - form->height());
@@ -201,6 +207,23 @@ void settings(QSize size, const Visit &visit)
     visit(scene, u"menu-edit"_s, Rest::never);
 }
 
+void offline(QSize size, const Visit &visit)
+{
+    Scene scene({}, size, Edition::offline);
+    visit(scene, u"offline"_s, Rest::comes);
+    auto *menu = firstOf(scene, "QQuickMenuBarItem");
+    QMetaObject::invokeMethod(menu->property("menu").value<QObject *>(), "open");
+    visit(scene, u"offline-menu"_s, Rest::comes);
+    scene.closePopups();
+    scene.stage.app()->appState()->setShowSettings(true);
+    wait("the about page", [&] {
+        return std::ranges::any_of(scene.shown(), [](const QQuickItem *item) {
+            return item->objectName() == "version"_L1;
+        });
+    });
+    visit(scene, u"offline-about"_s, Rest::never);
+}
+
 void quota(QSize size, const Visit &visit)
 {
     Scene scene(u"key"_s, size);
@@ -220,6 +243,7 @@ void visitScenes(QSize size, const Visit &visit)
     list(size, visit);
     settings(size, visit);
     quota(size, visit);
+    offline(size, visit);
 }
 
 } // namespace pixpress::test
