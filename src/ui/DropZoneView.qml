@@ -38,9 +38,10 @@ Item {
         width: parent.width - 80
         spacing: 20
 
-        Rectangle {
+        Box {
             objectName: "badge"
             radius: 50
+            smooth: true // it is shown enlarged
             color: Qt.rgba(Theme.blue.r, Theme.blue.g, Theme.blue.b, 0.1)
             scale: root.isTargeted ? 1.15 : 1
             Layout.preferredWidth: 100
@@ -61,6 +62,7 @@ Item {
 
             Symbol {
                 anchors.centerIn: parent
+                smooth: true
                 name: "arrow.down.doc.fill"
                 size: 46
                 color: Theme.blue

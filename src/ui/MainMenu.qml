@@ -36,7 +36,7 @@ T.MenuBar {
             verticalAlignment: Text.AlignVCenter
             textFormat: Text.PlainText
         }
-        background: Rectangle {
+        background: Box {
             radius: 5
             color: item.highlighted || item.hovered ? Theme.quaternary : "transparent"
         }

@@ -140,7 +140,7 @@ Flickable {
                 blur: 12
                 color: "#14000000"
             }
-            Rectangle {
+            Box {
                 objectName: "card"
                 anchors.fill: parent
                 radius: 14

@@ -33,14 +33,14 @@ RowLayout {
         Accessible.role: Accessible.ProgressBar
         Accessible.ignored: true // the texts beside it tell more
 
-        Rectangle {
+        Box {
             anchors.fill: parent
             radius: 4
             color: Theme.quaternary
-            border.width: Theme.highContrast ? 1 : 0
-            border.color: Theme.separator
+            borderWidth: Theme.highContrast ? 1 : 0
+            borderColor: Theme.separator
         }
-        Rectangle {
+        Box {
             objectName: "fill"
             anchors.left: parent.left
             width: Math.max(0, bar.width * root.usage) // beyond the track when the limit is passed
@@ -70,7 +70,7 @@ RowLayout {
         Accessible.role: Accessible.StaticText
         Accessible.name: text
     }
-    Rectangle {
+    Box {
         implicitWidth: month.implicitWidth + 12
         implicitHeight: month.implicitHeight + 4
         radius: height / 2

@@ -23,7 +23,7 @@ T.Button {
         size: 17
         color: Theme.secondary
     }
-    background: Rectangle {
+    background: Box {
         radius: 6
         color: root.down ? Theme.controlPressed : Theme.quaternary
 

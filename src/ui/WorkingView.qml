@@ -45,7 +45,7 @@ Item {
                     moveItem(0, 1);
             }
 
-            handle: Rectangle {
+            handle: Box {
                 implicitWidth: 1
                 color: Theme.separator
                 containmentMask: Item { // wider than the line, so that it can be taken hold of

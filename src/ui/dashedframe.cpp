@@ -7,8 +7,6 @@
 
 namespace pixpress {
 
-DashedFrame::DashedFrame(QQuickItem *parent) : QQuickPaintedItem(parent) {}
-
 void DashedFrame::setColor(const QColor &color)
 {
     if (m_color == color)
@@ -18,16 +16,15 @@ void DashedFrame::setColor(const QColor &color)
     Q_EMIT colorChanged();
 }
 
-void DashedFrame::paint(QPainter *painter)
+void DashedFrame::paint(QPainter &painter, QSizeF size, qreal)
 {
     QPen pen(m_color, m_lineWidth, Qt::CustomDashLine, Qt::FlatCap, Qt::MiterJoin);
     pen.setDashPattern({m_dash / m_lineWidth, m_gap / m_lineWidth}); // in units of the pen
     pen.setMiterLimit(10);
-    painter->setRenderHint(QPainter::Antialiasing);
-    painter->setPen(pen);
+    painter.setPen(pen);
     const qreal half = m_lineWidth / 2;
-    painter->drawRoundedRect(boundingRect().adjusted(half, half, -half, -half), m_radius - half,
-                             m_radius - half);
+    painter.drawRoundedRect(QRectF({}, size).adjusted(half, half, -half, -half), m_radius - half,
+                            m_radius - half);
 }
 
 } // namespace pixpress

@@ -3,13 +3,14 @@
 
 #pragma once
 
+#include "ui/pixelitem.h"
+
 #include <QColor>
-#include <QQuickPaintedItem>
 
 namespace pixpress {
 
 /// The dashed outline of a rounded rectangle. The line lies inside the item's bounds.
-class DashedFrame : public QQuickPaintedItem
+class DashedFrame : public PixelItem
 {
     Q_OBJECT
     QML_ELEMENT
@@ -20,15 +21,16 @@ class DashedFrame : public QQuickPaintedItem
     Q_PROPERTY(qreal gap MEMBER m_gap)             ///< ... and of nothing after it.
 
 public:
-    explicit DashedFrame(QQuickItem *parent = nullptr);
+    using PixelItem::PixelItem;
 
     QColor color() const { return m_color; }
     void setColor(const QColor &color);
 
-    void paint(QPainter *painter) override;
-
 Q_SIGNALS:
     void colorChanged(); // Not emitted when an equal value is set.
+
+protected:
+    void paint(QPainter &painter, QSizeF size, qreal ratio) override;
 
 private:
     QColor m_color = Qt::black;

@@ -52,7 +52,7 @@ QImage tinted(const QString &name, QSize pixels, QColor colour)
 
 } // namespace
 
-SymbolItem::SymbolItem(QQuickItem *parent) : QQuickPaintedItem(parent)
+SymbolItem::SymbolItem(QQuickItem *parent) : PixelItem(parent)
 {
     setSize(16);
 }
@@ -83,13 +83,10 @@ void SymbolItem::setSize(qreal size)
     Q_EMIT sizeChanged();
 }
 
-void SymbolItem::paint(QPainter *painter)
+void SymbolItem::paint(QPainter &painter, QSizeF size, qreal ratio)
 {
-    if (m_name.isEmpty())
-        return;
-    const qreal ratio = painter->device()->devicePixelRatio();
-    const QSizeF pixels = boundingRect().size() * ratio * painter->transform().m11();
-    painter->drawImage(boundingRect(), tinted(m_name, pixels.toSize(), m_color));
+    if (!m_name.isEmpty())
+        painter.drawImage(QRectF({}, size), tinted(m_name, (size * ratio).toSize(), m_color));
 }
 
 } // namespace pixpress

@@ -3,13 +3,14 @@
 
 #pragma once
 
+#include "ui/pixelitem.h"
+
 #include <QColor>
-#include <QQuickPaintedItem>
 
 namespace pixpress {
 
 /// A symbol of the program's own family, by its name, in one colour. Sharp at every scale factor.
-class SymbolItem : public QQuickPaintedItem
+class SymbolItem : public PixelItem
 {
     Q_OBJECT
     QML_NAMED_ELEMENT(Symbol)
@@ -28,13 +29,14 @@ public:
     qreal size() const { return implicitWidth(); }
     void setSize(qreal size);
 
-    void paint(QPainter *painter) override;
-
 Q_SIGNALS:
     // Not emitted when an equal value is set.
     void nameChanged();
     void colorChanged();
     void sizeChanged();
+
+protected:
+    void paint(QPainter &painter, QSizeF size, qreal ratio) override;
 
 private:
     QString m_name;

@@ -16,7 +16,7 @@ constexpr int threeFrames = 50; // milliseconds, of 60 frames a second
 
 } // namespace
 
-ThumbnailItem::ThumbnailItem(QQuickItem *parent) : QQuickPaintedItem(parent)
+ThumbnailItem::ThumbnailItem(QQuickItem *parent) : PixelItem(parent)
 {
     connect(&m_watcher, &QFutureWatcher<QImage>::finished, this, [this] {
         if (!m_watcher.isCanceled())
@@ -55,7 +55,7 @@ QString ThumbnailItem::pathExtension() const
 
 void ThumbnailItem::componentComplete()
 {
-    QQuickPaintedItem::componentComplete();
+    PixelItem::componentComplete();
     load();
 }
 
@@ -70,7 +70,7 @@ void ThumbnailItem::load()
 void ThumbnailItem::timerEvent(QTimerEvent *event)
 {
     if (event->timerId() != m_untilRequest.timerId())
-        return QQuickPaintedItem::timerEvent(event);
+        return PixelItem::timerEvent(event);
     m_untilRequest.stop();
     if (m_thumbnails)
         m_watcher.setFuture(m_thumbnails->request(m_url));
@@ -85,21 +85,24 @@ void ThumbnailItem::setImage(const QImage &image)
         Q_EMIT readyChanged();
 }
 
-void ThumbnailItem::paint(QPainter *painter)
+void ThumbnailItem::paint(QPainter &painter, QSizeF size, qreal ratio)
 {
-    painter->setRenderHints(QPainter::Antialiasing | QPainter::SmoothPixmapTransform);
-    painter->setPen(Qt::NoPen);
-    painter->setBrush(m_tileColor);
-    painter->drawRoundedRect(boundingRect(), m_radius, m_radius);
+    const QRectF tile({}, size);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(m_tileColor);
+    painter.drawRoundedRect(tile, m_radius, m_radius);
     if (m_image.isNull())
         return;
-    const QSizeF filled = QSizeF(m_image.size()).scaled(size(), Qt::KeepAspectRatioByExpanding);
-    QBrush brush(m_image);
-    brush.setTransform(
-        QTransform::fromTranslate((width() - filled.width()) / 2, (height() - filled.height()) / 2)
-            .scale(filled.width() / m_image.width(), filled.height() / m_image.height()));
-    painter->setBrush(brush);
-    painter->drawRoundedRect(boundingRect(), m_radius, m_radius);
+    // Brought to the screen's pixels and cut before it becomes a brush, which repeats: it would mix
+    // the opposite edge into the pixels at an edge.
+    QRect shown({}, (size * ratio).toSize());
+    const QImage filling =
+        m_image.scaled(shown.size(), Qt::KeepAspectRatioByExpanding, Qt::SmoothTransformation);
+    shown.moveCenter(filling.rect().center());
+    QBrush brush(filling.copy(shown));
+    brush.setTransform(QTransform::fromScale(1 / ratio, 1 / ratio));
+    painter.setBrush(brush);
+    painter.drawRoundedRect(tile, m_radius, m_radius);
 }
 
 } // namespace pixpress

@@ -3,12 +3,12 @@
 
 #pragma once
 
+#include "ui/pixelitem.h"
 #include "ui/thumbnails.h"
 
 #include <QBasicTimer>
 #include <QFutureWatcher>
 #include <QPointer>
-#include <QQuickPaintedItem>
 
 namespace pixpress {
 
@@ -17,7 +17,7 @@ namespace pixpress {
 /// three frames, and withdraws the request when the address changes or the item is deleted: while a
 /// list is scrolled fast, no picture is read for a row that is gone with the next frame, and the
 /// processors are left to the frames.
-class ThumbnailItem : public QQuickPaintedItem
+class ThumbnailItem : public PixelItem
 {
     Q_OBJECT
     QML_ELEMENT
@@ -39,14 +39,13 @@ public:
     QString pathExtension() const; ///< As it is written, without the dot.
     bool isReady() const { return !m_image.isNull(); }
 
-    void paint(QPainter *painter) override;
-
 Q_SIGNALS:
     void urlChanged();
     void tileColorChanged();
     void readyChanged();
 
 protected:
+    void paint(QPainter &painter, QSizeF size, qreal ratio) override;
     void componentComplete() override;
     void timerEvent(QTimerEvent *event) override;
 

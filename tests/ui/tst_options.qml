@@ -259,8 +259,8 @@ ViewTest {
         const isRefused = row.number === "";
         const refusal = findChild(view, "refusedSize");
         compare(refusal.visible, isRefused);
-        compare(field.background.border.width, isRefused ? 2 : 1);
-        compare(field.background.border.color, isRefused ? Theme.redText : Theme.controlBorder);
+        compare(field.background.borderWidth, isRefused ? 2 : 1);
+        compare(field.background.borderColor, isRefused ? Theme.redText : Theme.controlBorder);
         keyClick(Qt.Key_Tab);
         compare(field.text, isRefused ? row.tag : row.number); // what is refused stays in view
         compare(refusal.visible, isRefused);
@@ -268,7 +268,7 @@ ViewTest {
             return;
         compare(texts(refusal), "Enter a whole number of pixels");
         compare(refusal.color, Theme.redText);
-        compare(entry(view, "resizeHeight").background.border.width, 1);
+        compare(entry(view, "resizeHeight").background.borderWidth, 1);
         fill(view, "resizeWidth", "8");
         verify(!refusal.visible);
         compare(options().width, "8");
@@ -383,7 +383,7 @@ ViewTest {
         verify(find("hex").visible, "it stays open");
         compare(texts(find("refusedColour")), "Enter six hexadecimal digits");
         compare(find("refusedColour").color, Theme.redText);
-        compare(field.background.border.color, Theme.redText);
+        compare(field.background.borderColor, Theme.redText);
         keyClick(Qt.Key_Escape);
         tryVerify(() => find("hex") === null);
         compare(options().backgroundText, "#123456");

@@ -275,7 +275,7 @@ ViewTest {
     }
 
     function test_currentRow_hasARing() {
-        const isRing = item => item.border !== undefined && Qt.colorEqual(item.border.color, Theme.focusRing);
+        const isRing = item => item.borderColor !== undefined && Qt.colorEqual(item.borderColor, Theme.focusRing);
         stage.hold();
         stage.app.handleDrop(files(3));
         const view = show(component);
@@ -288,7 +288,7 @@ ViewTest {
         const row = rows(view)[1];
         compare(ringsOf(row).length, 1);
         const ring = ringsOf(row)[0];
-        compare(ring.border.width, 3);
+        compare(ring.borderWidth, 3);
         const place = placeOf(ring, row);
         const thumbnail = placeOf(withRole(row, Accessible.Graphic)[0], row);
         verify(place.x + 3 <= thumbnail.x && place.y + 3 <= thumbnail.y, "it touches nothing of the row: " + place);
@@ -307,7 +307,7 @@ ViewTest {
     }
 
     function test_click_drawsNoRingUntilAKeyIsPressed(data) {
-        const rings = view => shown(view).filter(item => item.border !== undefined && Qt.colorEqual(item.border.color, Theme.focusRing)).length;
+        const rings = view => shown(view).filter(item => item.borderColor !== undefined && Qt.colorEqual(item.borderColor, Theme.focusRing)).length;
         stage.failWith(500, "No.");
         addAndFinish("a.png");
         addAndFinish("b.png");

@@ -74,11 +74,11 @@ T.Popup {
                         root.close();
                     }
 
-                    background: Rectangle {
+                    background: Box {
                         radius: 4
                         color: swatch.color
-                        border.width: swatch.isCurrent ? 2 : 1
-                        border.color: swatch.isCurrent ? Theme.blue : Theme.controlBorder
+                        borderWidth: swatch.isCurrent ? 2 : 1
+                        borderColor: swatch.isCurrent ? Theme.blue : Theme.controlBorder
 
                         FocusRing {
                             visible: swatch.visualFocus
@@ -125,10 +125,10 @@ T.Popup {
             Accessible.role: Accessible.Notification // read out when it shows
         }
     }
-    background: Rectangle {
+    background: Box {
         radius: 7
         color: Theme.menuBackground
-        border.width: 1
-        border.color: Theme.controlBorder
+        borderWidth: 1
+        borderColor: Theme.controlBorder
     }
 }

@@ -30,19 +30,19 @@ T.Button {
 
     onClicked: popover.active = true
 
-    background: Rectangle {
+    background: Box {
         radius: Theme.controlRadius
         color: Theme.controlFill
-        border.width: 1
-        border.color: Theme.controlBorder
+        borderWidth: 1
+        borderColor: Theme.controlBorder
 
-        Rectangle {
+        Box {
             anchors.fill: parent
             anchors.margins: 4
             radius: 3
             color: root.value
-            border.width: 1
-            border.color: Theme.controlBorder
+            borderWidth: 1
+            borderColor: Theme.controlBorder
         }
         FocusRing {
             visible: root.visualFocus

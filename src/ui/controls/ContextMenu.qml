@@ -43,10 +43,10 @@ T.Menu {
         currentIndex: root.currentIndex
         interactive: false
     }
-    background: Rectangle {
+    background: Box {
         radius: 7
         color: Theme.menuBackground
-        border.width: 1
-        border.color: Theme.controlBorder
+        borderWidth: 1
+        borderColor: Theme.controlBorder
     }
 }

@@ -55,7 +55,7 @@ T.MenuItem {
             textFormat: Text.PlainText
         }
     }
-    background: Rectangle {
+    background: Box {
         radius: 4
         color: root.highlighted && root.enabled ? Theme.accentFill : "transparent"
     }

@@ -18,7 +18,7 @@ Item {
     Accessible.role: Accessible.Separator
     Accessible.ignored: true // it parts for the eye what is told apart already
 
-    Rectangle {
+    Box {
         width: root.width < root.height ? root.hairline : root.width
         height: root.width < root.height ? root.height : root.hairline
         color: Theme.separator

@@ -5,13 +5,13 @@ import QtQuick
 import Pixpress
 
 /// The ring around the control that has the keyboard.
-Rectangle {
+Box {
     property real controlRadius: Theme.controlRadius
 
     anchors.fill: parent
     anchors.margins: -3
     radius: controlRadius + 3
     color: "transparent"
-    border.width: 3
-    border.color: Theme.focusRing
+    borderWidth: 3
+    borderColor: Theme.focusRing
 }

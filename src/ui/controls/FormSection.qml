@@ -31,11 +31,11 @@ ColumnLayout {
         Accessible.name: text
     }
 
-    Rectangle {
+    Box {
         radius: Theme.groupRadius
         color: Theme.groupBackground
-        border.width: 1
-        border.color: Theme.separator
+        borderWidth: 1
+        borderColor: Theme.separator
         implicitHeight: column.implicitHeight
         Layout.fillWidth: true
 

@@ -40,11 +40,11 @@ Loader {
             wrapMode: Text.Wrap
             textFormat: Text.PlainText
         }
-        background: Rectangle {
+        background: Box {
             radius: 4
             color: Theme.menuBackground
-            border.width: 1
-            border.color: Theme.controlBorder
+            borderWidth: 1
+            borderColor: Theme.controlBorder
         }
     }
 }

@@ -17,7 +17,7 @@ T.ScrollBar {
     Accessible.role: Accessible.ScrollBar
     Accessible.name: qsTr("Scroll bar")
 
-    contentItem: Rectangle {
+    contentItem: Box {
         implicitWidth: 7
         radius: 3.5
         color: root.pressed ? Theme.secondary : Theme.gray

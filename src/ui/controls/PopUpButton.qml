@@ -51,11 +51,11 @@ T.ComboBox {
         color: Theme.secondary
         size: Theme.scaled(13)
     }
-    background: Rectangle {
+    background: Box {
         radius: Theme.controlRadius
         color: root.down ? Theme.controlPressed : Theme.controlFill
-        border.width: 1
-        border.color: Theme.controlBorder
+        borderWidth: 1
+        borderColor: Theme.controlBorder
 
         FocusRing {
             visible: root.visualFocus
@@ -109,7 +109,7 @@ T.ComboBox {
                 textFormat: Text.PlainText
             }
         }
-        background: Rectangle {
+        background: Box {
             radius: 4
             color: choice.highlighted ? Theme.accentFill : "transparent"
         }
@@ -136,11 +136,11 @@ T.ComboBox {
             Accessible.role: Accessible.List
             Accessible.name: root.label
         }
-        background: Rectangle {
+        background: Box {
             radius: 7
             color: Theme.menuBackground
-            border.width: 1
-            border.color: Theme.controlBorder
+            borderWidth: 1
+            borderColor: Theme.controlBorder
         }
     }
 }

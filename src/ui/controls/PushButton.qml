@@ -49,15 +49,15 @@ T.Button {
             Accessible.ignored: true
         }
     }
-    background: Rectangle {
+    background: Box {
         radius: Theme.controlRadius
         color: {
             if (root.prominent)
                 return root.down ? Qt.darker(Theme.accentFill, 1.2) : Theme.accentFill;
             return root.down ? Theme.controlPressed : Theme.controlFill;
         }
-        border.width: root.prominent ? 0 : 1
-        border.color: Theme.controlBorder
+        borderWidth: root.prominent ? 0 : 1
+        borderColor: Theme.controlBorder
 
         FocusRing {
             visible: root.visualFocus

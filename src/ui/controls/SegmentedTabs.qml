@@ -39,7 +39,7 @@ T.TabBar {
     Keys.onLeftPressed: step(mirrored ? 1 : -1)
     Keys.onRightPressed: step(mirrored ? -1 : 1)
 
-    background: Rectangle {
+    background: Box {
         radius: Theme.controlRadius + 2
         color: Theme.quaternary
     }
@@ -87,11 +87,11 @@ T.TabBar {
                     Accessible.ignored: true
                 }
             }
-            background: Rectangle {
+            background: Box {
                 radius: Theme.controlRadius
                 color: tab.checked ? Theme.controlFill : "transparent"
-                border.width: tab.checked ? 1 : 0
-                border.color: Theme.controlBorder
+                borderWidth: tab.checked ? 1 : 0
+                borderColor: Theme.controlBorder
 
                 FocusRing {
                     visible: tab.visualFocus

@@ -28,11 +28,11 @@ T.Popup {
         color: Theme.dimming
     }
 
-    background: Rectangle {
+    background: Box {
         radius: 10
         color: Theme.windowBackground
-        border.width: 1
-        border.color: Theme.controlBorder
+        borderWidth: 1
+        borderColor: Theme.controlBorder
     }
     enter: Transition {
         NumberAnimation {

@@ -38,11 +38,11 @@ T.TextField {
     Accessible.name: label
     Accessible.passwordEdit: echoMode === TextInput.Password
 
-    background: Rectangle {
+    background: Box {
         radius: Theme.controlRadius
         color: Theme.fieldFill
-        border.width: root.isRefused ? 2 : 1
-        border.color: root.isRefused ? Theme.redText : Theme.controlBorder
+        borderWidth: root.isRefused ? 2 : 1
+        borderColor: root.isRefused ? Theme.redText : Theme.controlBorder
 
         FocusRing {
             visible: root.activeFocus

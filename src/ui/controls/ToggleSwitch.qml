@@ -41,43 +41,33 @@ T.Switch {
         textFormat: Text.PlainText
         Accessible.ignored: true
     }
-    indicator: Rectangle {
+    indicator: SwitchFace {
         x: root.mirrored ? 0 : root.width - width
         y: (root.height - height) / 2
         implicitWidth: Theme.scaled(38)
         implicitHeight: Theme.scaled(22)
-        radius: height / 2
-        color: root.checked ? Theme.accentFill : Theme.switchTrack
+        trackColor: root.checked ? Theme.accentFill : Theme.switchTrack
+        knobColor: root.down ? Theme.switchKnobPressed : Theme.switchKnob
+        knobBorderColor: Theme.switchKnobBorder
+        position: root.visualPosition
 
-        Behavior on color {
+        Behavior on trackColor {
             ColorAnimation {
                 duration: Theme.duration
             }
         }
+        Behavior on position {
+            enabled: !root.down
 
-        Rectangle {
-            x: 2 + root.visualPosition * (parent.width - width - 4)
-            y: 2
-            width: height
-            height: parent.height - 4
-            radius: height / 2
-            color: root.down ? Theme.switchKnobPressed : Theme.switchKnob
-            border.width: 1
-            border.color: Theme.switchKnobBorder
-
-            Behavior on x {
-                enabled: !root.down
-
-                NumberAnimation {
-                    duration: Theme.duration
-                    easing.type: Easing.InOutQuad
-                }
+            NumberAnimation {
+                duration: Theme.duration
+                easing.type: Easing.InOutQuad
             }
         }
 
         FocusRing {
             visible: root.visualFocus
-            controlRadius: parent.radius
+            controlRadius: parent.height / 2
         }
     }
 }

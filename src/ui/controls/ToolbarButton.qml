@@ -39,7 +39,7 @@ T.Button {
             size: Theme.scaled(18)
         }
     }
-    background: Rectangle {
+    background: Box {
         radius: Theme.controlRadius
         color: root.down ? Theme.controlPressed : root.hovered ? Theme.quaternary : "transparent"
 
