@@ -21,6 +21,19 @@ bool isNone(const QUrl &folder)
     return folder.isEmpty() || (folder.isLocalFile() && folder.toLocalFile().isEmpty());
 }
 
+/// The longest name that file systems take, in bytes.
+constexpr qsizetype longestName = 255;
+
+/// As much of the text from its beginning as fits so many bytes, in whole characters.
+QString shortened(QString text, qsizetype bytes)
+{
+    while (text.toUtf8().size() > bytes) {
+        const bool isPair = text.back().isLowSurrogate();
+        text.chop(isPair ? 2 : 1);
+    }
+    return text;
+}
+
 } // namespace
 
 OutputName::OutputName(const QUrl &source, const CompressionOptions &options)
@@ -33,7 +46,7 @@ OutputName::OutputName(const QUrl &source, const CompressionOptions &options)
     m_extension = options.convertEnabled ? fileExtension(options.convertFormat) : sourceExtension;
 
     switch (options.outputDestination) {
-    case OutputDestination::alongside: m_baseName += "-pixpress"_L1; return;
+    case OutputDestination::alongside: m_suffix = u"-pixpress"_s; return;
     case OutputDestination::overwrite:
         m_replaces = true;
         if (!options.convertEnabled || m_extension == sourceExtension.toLower())
@@ -57,8 +70,10 @@ QUrl OutputName::url(int number) const
 {
     if (!m_whole.isEmpty())
         return m_whole;
-    const QString suffix = number > 0 ? u'-' + QString::number(number) : QString();
-    return QUrl::fromLocalFile(m_folder + m_baseName + suffix + u'.' + m_extension);
+    const QString end =
+        m_suffix + (number > 0 ? u'-' + QString::number(number) : QString()) + u'.' + m_extension;
+    const QString stem = shortened(m_baseName, longestName - end.toUtf8().size());
+    return QUrl::fromLocalFile(m_folder + stem + end);
 }
 
 } // namespace pixpress

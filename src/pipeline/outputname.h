@@ -24,13 +24,15 @@ public:
     /// Whether the chosen folder can be written to by its path. If not, there is no output.
     bool isOnThisComputer() const { return m_isOnThisComputer; }
 
-    /// The output's name, and those (from 1 on) that follow when that is taken.
+    /// The output's name, and those (from 1 on) that follow when that is taken. What a source has
+    /// in front of its extension is shortened if the name would be too long for a file system.
     QUrl url(int number = 0) const;
 
 private:
     QUrl m_whole; // when it is the source itself
     QString m_folder;
     QString m_baseName;
+    QString m_suffix;
     QString m_extension;
     bool m_replaces = false;
     bool m_isOnThisComputer = true;

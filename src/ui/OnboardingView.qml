@@ -190,6 +190,7 @@ Flickable {
                     PushButton {
                         objectName: "getStarted"
                         prominent: true
+                        isBusy: root.isValidating
                         text: root.isValidating ? "" : startText.text
                         enabled: root.key !== "" && !root.isValidating
                         // 80 for the content unless it is longer, and 12 at each side

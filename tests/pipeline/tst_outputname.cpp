@@ -46,8 +46,9 @@ void OutputNameTest::output_getsItsName_data()
     QTest::addColumn<CompressionOptions>("options");
     QTest::addColumn<QStringList>("present");
     QTest::addColumn<QString>("output");
-    const auto row = [](const char *name, const char *source, const CompressionOptions &options,
-                        const QStringList &present, const char *output) {
+    const auto row = [](const char *name, const QByteArray &source,
+                        const CompressionOptions &options, const QStringList &present,
+                        const QByteArray &output) {
         QTest::newRow(name) << QString::fromUtf8(source) << options << present
                             << QString::fromUtf8(output);
     };
@@ -78,6 +79,20 @@ void OutputNameTest::output_getsItsName_data()
         "a-pixpress.png");
     row("alongside, other extension taken", "a.png", plain(alongside), {u"a-pixpress.webp"_s},
         "a-pixpress.png");
+    const QByteArray longest(251, 'a'); // with an extension of three letters
+    row("alongside, longest name", longest + ".png", plain(alongside), {},
+        longest.first(242) + "-pixpress.png");
+    row("alongside, longest name taken", longest + ".png", plain(alongside),
+        {QString::fromLatin1(longest.first(242) + "-pixpress.png")},
+        longest.first(240) + "-pixpress-1.png");
+    row("alongside, name that just fits", longest.first(242) + ".png", plain(alongside), {},
+        longest.first(242) + "-pixpress.png");
+    row("alongside, longest name of two-byte letters", "a" + QByteArray("é").repeated(125) + ".png",
+        plain(alongside), {}, "a" + QByteArray("é").repeated(120) + "-pixpress.png");
+    row("alongside, longest name of four-byte letters", QByteArray("🎨").repeated(62) + ".jpeg",
+        plain(alongside), {}, QByteArray("🎨").repeated(60) + "-pixpress.jpeg");
+    row("over the source, longest name converted", longest + ".png", to(webp, overwrite), {},
+        longest.first(250) + ".webp");
     row("alongside of an output", "a-pixpress.png", plain(alongside), {u"a.png"_s},
         "a-pixpress-pixpress.png");
     row("alongside keeps the letter case", "photo.PNG", plain(alongside), {}, "photo-pixpress.PNG");

@@ -11,6 +11,7 @@ T.Button {
 
     property string symbol
     property bool prominent: false
+    property bool isBusy: false ///< Disabled because of what it has started, and not dimmed.
     property int controlHeight: Theme.regularControl
     property real labelPadding: 0 ///< Inside the label, at its left and right.
     readonly property color contentColor: prominent ? Theme.onAccent : Theme.primary
@@ -23,7 +24,7 @@ T.Button {
     bottomPadding: 0
     focusPolicy: Qt.StrongFocus
     font: controlHeight === Theme.smallControl ? Theme.subheadline : Theme.body
-    opacity: enabled ? 1 : 0.45
+    opacity: enabled || isBusy ? 1 : 0.45
 
     Accessible.role: Accessible.Button
     Accessible.name: text
