@@ -10,6 +10,7 @@ T.MenuBar {
     id: root
 
     required property PixpressApp app
+    readonly property bool isMenuOpen: pixpressMenu.visible || fileMenu.visible
 
     implicitWidth: contentItem.implicitWidth
     implicitHeight: Theme.scaled(24) + 4
@@ -22,6 +23,9 @@ T.MenuBar {
         implicitWidth: label.implicitWidth + 18
         implicitHeight: Theme.scaled(24)
         font: Theme.body
+        // The bar takes a menu that closes under the pointer for one that is still open: it would
+        // ignore the next click, and open the other menu by hovering. So it is not told of hovering.
+        hoverEnabled: false
         Accessible.role: Accessible.MenuItem
         Accessible.name: label.text
         Accessible.onPressAction: item.clicked()
@@ -38,7 +42,16 @@ T.MenuBar {
         }
         background: Box {
             radius: 5
-            color: item.highlighted || item.hovered ? Theme.quaternary : "transparent"
+            color: item.highlighted || pointer.hovered ? Theme.quaternary : "transparent"
+        }
+
+        HoverHandler {
+            id: pointer
+
+            onHoveredChanged: {
+                if (hovered && !item.highlighted && root.isMenuOpen)
+                    item.triggered(); // from one open menu to the other
+            }
         }
     }
     contentItem: Row {
@@ -54,7 +67,10 @@ T.MenuBar {
     }
 
     ContextMenu {
+        id: pixpressMenu
+
         x: root.mirrored ? (parent?.width ?? 0) - width : 0 // away from the leading edge
+        closePolicy: T.Popup.CloseOnEscape | T.Popup.CloseOnPressOutsideParent // by its title
         title: "&Pixpress"
 
         T.Action {
@@ -70,7 +86,10 @@ T.MenuBar {
         }
     }
     ContextMenu {
+        id: fileMenu
+
         x: root.mirrored ? (parent?.width ?? 0) - width : 0 // away from the leading edge
+        closePolicy: T.Popup.CloseOnEscape | T.Popup.CloseOnPressOutsideParent // by its title
         title: qsTr("&File")
 
         T.Action {

@@ -78,7 +78,7 @@ Item {
                     Loader {
                         id: dropZone
 
-                        active: root.app.tasks.count === 0
+                        active: !list.visible // until then, or there would be nothing for a moment
                         visible: active
                         sourceComponent: DropZoneView {
                             app: root.app
@@ -103,7 +103,7 @@ Item {
                         }
                         asynchronous: true // so that a drop of thousands does not hold the window up
                         active: root.app.tasks.count > 0
-                        visible: active
+                        visible: status === Loader.Ready
                         Layout.fillWidth: true
                         Layout.fillHeight: true
                     }

@@ -19,7 +19,8 @@ PixelItem::PixelItem(QQuickItem *parent) : QQuickItem(parent)
 QSGNode *PixelItem::updatePaintNode(QSGNode *previous, UpdatePaintNodeData *)
 {
     const qreal ratio = window()->effectiveDevicePixelRatio();
-    const QSize pixels = (size() * ratio).toSize();
+    // What is larger than the window does not show to its end: a bar of a thousandfold, for one.
+    const QSize pixels = (size().boundedTo(window()->size()) * ratio).toSize();
     if (pixels.isEmpty()) {
         delete previous;
         return nullptr;

@@ -22,8 +22,9 @@ public:
 
 protected:
     /// Paints the item, antialiased, in logical pixels from the origin. `size` is the item's own,
-    /// rounded to whole pixels of the screen, of which there are `ratio` in a logical one. Called
-    /// while the GUI thread waits, again after update() and when the size changes.
+    /// rounded to whole pixels of the screen, of which there are `ratio` in a logical one, and no
+    /// larger than the window. Called while the GUI thread waits, again after update() and when the
+    /// size changes.
     virtual void paint(QPainter &painter, QSizeF size, qreal ratio) = 0;
 
     QSGNode *updatePaintNode(QSGNode *previous, UpdatePaintNodeData *data) override;

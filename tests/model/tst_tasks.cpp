@@ -189,6 +189,8 @@ void TasksTest::newTasks_areNeverEqual()
     for (int i = 0; i < 1000; ++i)
         ids << CompressionTask(QUrl(u"file:///a.png"_s), {}).id;
     QCOMPARE(ids.size(), 1000);
+    const QDateTime before = CompressionTask(QUrl(u"file:///a.png"_s), {}).addedAt;
+    QTRY_VERIFY(CompressionTask(QUrl(u"file:///a.png"_s), {}).addedAt > before);
 
     const CompressionTask first(QUrl(u"file:///a.png"_s), {});
     CompressionTask second(QUrl(u"file:///a.png"_s), {});

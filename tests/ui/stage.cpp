@@ -9,11 +9,14 @@
 #include <QClipboard>
 #include <QDesktopServices>
 #include <QDir>
+#include <QEasingCurve>
 #include <QFile>
 #include <QGuiApplication>
 #include <QImage>
+#include <QImageWriter>
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <QMetaEnum>
 #include <QPainter>
 #include <QPalette>
 #include <QTcpSocket>
@@ -109,6 +112,26 @@ QUrl Stage::picture(const QString &name, int width, int height)
     return QUrl::fromLocalFile(m_dir.filePath(name));
 }
 
+QUrl Stage::brokenPicture(const QString &name)
+{
+    QFile file(picture(name, 300, 300).toLocalFile());
+    if (!file.resize(file.size() / 2))
+        qFatal("%s cannot be cut.", qUtf8Printable(name));
+    return QUrl::fromLocalFile(file.fileName());
+}
+
+QUrl Stage::turnedPhoto(const QString &name, int width, int height)
+{
+    QImage image(width, height, QImage::Format_RGB32);
+    image.fill(Qt::red);
+    QPainter(&image).fillRect(width / 2, 0, width, height, Qt::blue);
+    QImageWriter writer(m_dir.filePath(name), "jpeg");
+    writer.setTransformation(QImageIOHandler::TransformationRotate90);
+    if (!writer.write(image))
+        qFatal("%s cannot be written.", qUtf8Printable(name));
+    return QUrl::fromLocalFile(m_dir.filePath(name));
+}
+
 QUrl Stage::sample(const QString &name)
 {
     const QString copy = m_dir.filePath(name);
@@ -156,6 +179,32 @@ void Stage::prefer(const QVariantMap &preferences)
     test::prefer(*qmlEngine(this), {.reducedMotion = preferences.value(u"reducedMotion"_s).toBool(),
                                     .highContrast = preferences.value(u"highContrast"_s).toBool(),
                                     .textScale = preferences.value(u"textScale"_s, 1).toDouble()});
+}
+
+QStringList Stage::animations(QObject *item)
+{
+    QStringList found;
+    for (const QObject *behavior : item->children()) {
+        if (!behavior->inherits("QQuickBehavior"))
+            continue;
+        const auto *animation = behavior->property("animation").value<QObject *>();
+        if (!animation)
+            continue; // it is not made before it is needed
+        QString text = QLatin1StringView(animation->metaObject()->className());
+        text.remove("QQuick"_L1);
+        if (animation->inherits("QQuickSpringAnimation")) {
+            for (const char *name : {"spring", "damping", "mass"})
+                text += u" %1 %2"_s.arg(QLatin1StringView(name))
+                            .arg(animation->property(name).toReal());
+        } else {
+            const auto easing = animation->property("easing").value<QEasingCurve>().type();
+            text += u" duration %1 easing %2"_s.arg(animation->property("duration").toInt())
+                        .arg(QLatin1StringView(
+                            QMetaEnum::fromType<QEasingCurve::Type>().valueToKey(easing)));
+        }
+        found.append(text);
+    }
+    return found;
 }
 
 bool Stage::act(QObject *item, const QString &action)

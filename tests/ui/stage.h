@@ -52,6 +52,11 @@ public:
     /// Makes a picture of so many pixels: a third red, a third green, a third blue, from left to
     /// right.
     Q_INVOKABLE QUrl picture(const QString &name, int width, int height);
+    /// Makes a PNG that ends in the middle of its pixels.
+    Q_INVOKABLE QUrl brokenPicture(const QString &name);
+    /// Makes a JPEG of so many pixels whose left half is red and whose right half is blue, and that
+    /// says that it is to be turned by 90 degrees clockwise.
+    Q_INVOKABLE QUrl turnedPhoto(const QString &name, int width, int height);
     /// What an upload is said to be, and the bytes that the output then has.
     Q_INVOKABLE void answerWith(int inputSize, int outputSize);
     Q_INVOKABLE void failWith(int status, const QString &message);
@@ -79,6 +84,8 @@ public:
     /// What assistive technology is told of an item: its role, as a number of QAccessible, and
     /// name.
     Q_INVOKABLE QString described(QObject *item);
+    /// The animations that an item's own properties have gone through, each with its figures.
+    Q_INVOKABLE QStringList animations(QObject *item);
     /// As assistive technology does; false when the item has no such action.
     Q_INVOKABLE bool act(QObject *item, const QString &action);
     Q_INVOKABLE void openPage(const QUrl &page) { opened.append(page); }

@@ -91,6 +91,33 @@ ViewTest {
         tryCompare(badge, "scale", 1);
     }
 
+    function test_changes_areTimedAndEased() {
+        const view = show(component);
+        view.isTargeted = true;
+        compare(stage.animations(findChild(view, "outline")), ["ColorAnimation duration 200 easing InOutQuad"]);
+        // The stiffness (2π / 0.3)² and the friction 2 · 0.825 · 2π / 0.3, times 0.016.
+        compare(stage.animations(findChild(view, "badge")), ["SpringAnimation spring 7.02 damping 0.553 mass 1"]);
+    }
+
+    function test_badge_holdsItsSymbol() {
+        const view = show(component);
+        const badge = findChild(view, "badge");
+        const symbol = shown(badge).filter(item => item.name !== undefined && item.size !== undefined)[0];
+        compare(symbol.name, "arrow.down.doc.fill");
+        compare(symbol.size, 46); // of a font of 40 points
+        compare(symbol.color, "#007aff");
+        compare(symbol.opacity, 0.7);
+        const place = placeOf(symbol, badge);
+        compare([place.x + place.width / 2, place.y + place.height / 2], [50, 50]);
+    }
+
+    function test_button_padsItsLabel() {
+        const button = findChild(show(component), "browse");
+        compare(button.labelPadding, 8);
+        compare(button.width, button.implicitContentWidth + 2 * (12 + 8));
+        compare(button.height, 30);
+    }
+
     function test_badge_swingsOverALittle() {
         const view = show(component);
         const badge = findChild(view, "badge");

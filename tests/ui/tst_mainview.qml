@@ -96,6 +96,23 @@ ViewTest {
         tryVerify(() => find("rows") !== null && find("rows").visible);
     }
 
+    function test_dropZone_staysUntilTheListShows() {
+        stage.hold();
+        show(component);
+        const states = () => ["browse", "rows"].filter(name => find(name) !== null && find(name).visible).join();
+        compare(states(), "browse");
+        stage.app.handleDrop(files(1));
+        compare(states(), "browse");
+        const seen = new Set();
+        tryVerify(() => {
+            seen.add(states());
+            return states() === "rows";
+        });
+        compare(Array.from(seen).filter(state => state !== "browse" && state !== "rows"), []);
+        stage.app.clearAll();
+        tryVerify(() => states() === "browse");
+    }
+
     function test_clearDone_takesOutWhatHasEnded_data() {
         return [{ tag: "completed", status: 0 }, { tag: "failed", status: 500 }];
     }

@@ -94,7 +94,13 @@ ViewTest {
 
     function test_footer_standsAboveTheBottom() {
         const view = created();
-        compare(placeOf(withText(view, "The Pixpress authors"), view).bottom, view.height - 24);
+        const author = withText(view, "The Pixpress authors");
+        compare(placeOf(author, view).bottom, view.height - 24);
+        const built = shown(view).filter(item => item.credits !== undefined)[0];
+        compare(built.credits, "Built with ❤️ by ");
+        compare([built.font.pixelSize, built.font.weight, built.color.toString()], [10, Font.Normal, "#92000000"]);
+        compare([author.font.pixelSize, author.font.weight, author.color.toString()], [10, Font.Normal, "#a0000000"]);
+        compare(placeOf(author, view).x, placeOf(built, view).right);
     }
 
     function test_cardWidth_isAtMost480_data() {
@@ -197,6 +203,9 @@ ViewTest {
         verify(view.isValidating);
         verify(!button.enabled);
         compare(withRole(button, Accessible.ProgressBar).length, 1);
+        compare(withRole(button, Accessible.ProgressBar)[0].width, 16);
+        compare(withRole(button, Accessible.ProgressBar)[0].color, "#ffffff");
+        compare(button.opacity, 1); // the spinner stands out
         compare(texts(button), "");
         compare(placeOf(button, view), before);
         compare(button.width - button.leftPadding - button.rightPadding, 80);

@@ -39,7 +39,8 @@ TestCase {
             { tag: "376", count: 376, color: Theme.orange, left: "(124 left)" },
             { tag: "450", count: 450, color: Theme.orange, left: "(50 left)" },
             { tag: "451", count: 451, color: Theme.red, left: "(49 left)" },
-            { tag: "520", count: 520, color: Theme.red, left: "(0 left)" }
+            { tag: "520", count: 520, color: Theme.red, left: "(0 left)" },
+            { tag: "3000000000", count: 3000000000, color: Theme.red, left: "(0 left)" }
         ];
     }
 
@@ -53,6 +54,34 @@ TestCase {
         compare(findChild(bar, "fill").width, findChild(bar, "bar").width * row.count / 500);
         compare(findChild(bar, "fill").height, 8);
         compare(findChild(bar, "fill").radius, 4);
+    }
+
+    function test_bar_looksAsDrawn() {
+        const bar = createTemporaryObject(view, root);
+        stage.setCount(376);
+        waitForRendering(bar);
+        const symbol = bar.children[0];
+        compare([symbol.name, symbol.size, symbol.color.toString()], ["chart.bar.fill", 15, "#ff9500"]); // of a font of 12
+        const count = findChild(bar, "count");
+        compare([count.font.pixelSize, count.font.weight, count.color.toString()], [10, Font.DemiBold, "#d9000000"]);
+        compare(count.font.family, Theme.bodyMonospaced.family);
+        const remaining = findChild(bar, "remaining");
+        compare([remaining.font.pixelSize, remaining.font.weight, remaining.color.toString()], [10, Font.Normal, "#a0000000"]);
+        const month = findChild(bar, "month");
+        compare([month.font.pixelSize, month.font.weight, month.color.toString()], [10, Font.Normal, "#92000000"]);
+        const badge = month.parent;
+        compare(badge.color, "#1a000000");
+        compare(badge.radius, badge.height / 2);
+        compare(month.y, 2);
+        fuzzyCompare(month.x, 6, 0.5);
+        fuzzyCompare(badge.width, month.width + 12, 1);
+        compare(badge.height, month.height + 4);
+        const parts = [symbol, findChild(bar, "bar"), count, remaining, badge];
+        for (let i = 1; i < parts.length; ++i)
+            fuzzyCompare(parts[i].x - parts[i - 1].x - parts[i - 1].width, 12, 0.01);
+        for (const part of parts)
+            fuzzyCompare(part.y + part.height / 2, bar.height / 2, 0.5);
+        compare(badge.x + badge.width, bar.width);
     }
 
     function test_newMonth_showsWithACountOfZero() {

@@ -66,7 +66,11 @@ ViewTest {
         compare(find("apiKey").placeholderText, "API Key");
         compare(find("apiKey").font, Theme.bodyMonospaced);
         compare(find("apiKey").echoMode, TextInput.Password);
-        compare(withText(sheet(), "Get your free key (500 compressions/month) at").font, Theme.caption);
+        const text = withText(sheet(), "Get your free key (500 compressions/month) at");
+        compare([text.font.pixelSize, text.font.weight, text.color.toString()], [10, Font.Normal, "#a0000000"]);
+        const link = withText(sheet(), "tinypng.com/developers");
+        compare([link.font.pixelSize, link.font.weight, link.color.toString()], [10, Font.Medium, "#005fcc"]);
+        compare(placeOf(link, sheet()).x, placeOf(text, sheet()).right + 4);
     }
 
     function test_storedKey_fillsTheMaskedField() {
@@ -340,6 +344,13 @@ ViewTest {
         compare(withText(sheet(), "Pixpress").font, Theme.title);
         compare(withText(sheet(), "Version 1.0.2").font, Theme.caption);
         compare(withText(sheet(), "Image compression powered by TinyPNG API").font, Theme.subheadline);
+        const symbol = shown(sheet()).filter(item => item.name === "arrow.down.right.and.arrow.up.left")[0];
+        compare([symbol.size, symbol.color.toString()], [54, "#007aff"]); // of a font of 48
+        const credits = shown(sheet()).filter(item => item.credits !== undefined)[0];
+        compare([credits.font.pixelSize, credits.font.weight, credits.color.toString()], [11, Font.Normal, "#d9000000"]);
+        const author = withText(sheet(), "The Pixpress authors");
+        compare([author.font.pixelSize, author.font.weight, author.color.toString()], [11, Font.Medium, "#005fcc"]);
+        compare(placeOf(author, sheet()).x, placeOf(credits, sheet()).right + 4);
         const version = placeOf(withText(sheet(), "Version 1.0.2"), sheet());
         compare(version.y, placeOf(withText(sheet(), "Pixpress"), sheet()).bottom + 16);
         compare(version.x + version.width / 2, 240);

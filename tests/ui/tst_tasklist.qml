@@ -86,6 +86,10 @@ ViewTest {
         compare(findChild(view, "totalSaved").font, Theme.captionMedium);
         compare(findChild(view, "totalSaved").color, Theme.greenText);
         compare(placeOf(progress, view).x, 16);
+        const dot = placeOf(withText(view, "·"), view);
+        compare(dot.x, placeOf(progress, view).right + 8);
+        compare(placeOf(findChild(view, "totalSaved"), view).x, dot.right + 8);
+        compare([findChild(view, "activity").width, findChild(view, "activity").height], [12, 12]);
         const bar = progress.parent;
         compare(placeOf(bar, view).y, 8);
         const divider = placeOf(withRole(view, Accessible.Separator)[0], view);
@@ -322,6 +326,23 @@ ViewTest {
         compare(rings(view), 1);
         mouseClick(findChild(rows(view)[1], "fileName"));
         compare(rings(view), 0);
+    }
+
+    function test_thumbnail_staysWhenTheStatusChanges() {
+        stage.hold();
+        stage.app.handleDrop([stage.picture("a.png", 60, 60)]);
+        const view = show(component);
+        const thumbnail = () => withRole(rows(view)[0], Accessible.Graphic)[0];
+        tryVerify(() => thumbnail().ready);
+        const before = thumbnail();
+        let changes = 0;
+        before.readyChanged.connect(() => ++changes);
+        tryCompare(stage, "waiting", 1);
+        stage.release();
+        tryVerify(() => findChild(rows(view)[0], "savings") !== null);
+        compare(thumbnail(), before);
+        verify(before.ready);
+        compare(changes, 0);
     }
 
     function test_list_isNamed() {

@@ -147,6 +147,26 @@ ViewTest {
         fuzzyCompare(placeOf(findChild(row, "status"), row).right, right.x - 24, 0.01);
     }
 
+    function test_runningRow_hasASmallSpinner_data() {
+        const State = TaskModel.State;
+        return [{ tag: "uploading", state: State.uploading }, { tag: "compressing", state: State.compressing }, { tag: "downloading", state: State.downloading }];
+    }
+
+    function test_runningRow_hasASmallSpinner(data) {
+        const spinner = withRole(created({ taskState: data.state }), Accessible.ProgressBar)[0];
+        compare([spinner.width, spinner.height], [16, 16]);
+        verify(spinner.isTurning);
+    }
+
+    function test_savings_areCentredInTheRow() {
+        const row = completed();
+        const percentage = placeOf(findChild(row, "savings"), row);
+        const saved = placeOf(findChild(row, "saved"), row);
+        fuzzyCompare((percentage.y + saved.bottom) / 2, 24, 0.5); // of a row of 48
+        const reveal = placeOf(findChild(row, "reveal"), row);
+        compare(reveal.y + reveal.height / 2, 24);
+    }
+
     function test_runningRow_keepsFourPointsAtTheRightOfTheSpinner() {
         const row = created({ taskState: TaskModel.State.uploading, statusText: "Uploading" });
         compare(placeOf(withRole(row, Accessible.ProgressBar)[0], row).right, 600 - 20 - 4);

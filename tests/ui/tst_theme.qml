@@ -139,6 +139,42 @@ ViewTest {
         checkContrast(Theme[row.front], Theme[row.ground], 3);
     }
 
+    function test_colours_areTheseFigures_data() {
+        return [
+            { tag: "light", dark: false, colours: { blue: "#007aff", green: "#28cd41", orange: "#ff9500", red: "#ff3b30", purple: "#af52de", gray: "#8e8e93", windowBackground: "#ececec", contentBackground: "#ffffff", sidebarBackground: "#f5f5f5", primary: "#d9000000", secondary: "#a0000000", tertiary: "#92000000", quaternary: "#1a000000", separator: "#1a000000", outline: "#4d8e8e93" } },
+            { tag: "dark", dark: true, colours: { blue: "#0a84ff", green: "#32d74b", orange: "#ff9f0a", red: "#ff453a", purple: "#bf5af2", gray: "#98989d", windowBackground: "#1e1e1e", contentBackground: "#262626", sidebarBackground: "#242424", primary: "#d9ffffff", secondary: "#a8ffffff", tertiary: "#94ffffff", quaternary: "#1affffff", separator: "#1affffff", outline: "#4d98989d" } }
+        ];
+    }
+
+    function test_colours_areTheseFigures(row) {
+        look({ dark: row.dark, highContrast: false });
+        for (const name in row.colours)
+            compare(Theme[name].toString(), row.colours[name], name);
+    }
+
+    function test_fonts_areOfTheseSizesAndWeights() {
+        const fonts = {
+            largeTitle: [26, Font.Bold],
+            title: [22, Font.Bold],
+            title2: [17, Font.DemiBold],
+            title3: [15, Font.Bold],
+            headline: [13, Font.Bold],
+            body: [13, Font.Normal],
+            bodyMedium: [13, Font.Medium],
+            bodyMonospaced: [13, Font.Normal],
+            subheadline: [11, Font.Normal],
+            subheadlineMedium: [11, Font.Medium],
+            caption: [10, Font.Normal],
+            captionMedium: [10, Font.Medium],
+            captionMonospaced: [10, Font.DemiBold],
+            caption2: [10, Font.Normal],
+            tileLabel: [10, Font.Bold]
+        };
+        for (const name in fonts)
+            compare([Theme[name].pixelSize, Theme[name].weight], fonts[name], name);
+        compare([Theme.calloutSize, Theme.captionSize, Theme.smallControl, Theme.regularControl, Theme.largeControl, Theme.padding, Theme.duration], [12, 10, 20, 24, 30, 16, 200]);
+    }
+
     function test_contrast_switchesLive() {
         const before = Theme.primary;
         stage.prefer({ highContrast: true });

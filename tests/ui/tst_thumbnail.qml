@@ -47,6 +47,7 @@ ViewTest {
     function test_photo_showsItsTileUntilItsPictureArrives() {
         const view = createTemporaryObject(component, root, { url: stage.picture("photo.JPG", 60, 60) });
         compare(texts(view), "JPG");
+        compare(view.tileColor, "#1fff9500");
         tryVerify(() => texts(view) === "");
     }
 
@@ -62,13 +63,40 @@ ViewTest {
         tryVerify(() => texts(view) === "");
     }
 
+    function test_turnedPhoto_standsUpright() {
+        const view = createTemporaryObject(component, root, { url: stage.turnedPhoto("turned.jpg", 80, 60) });
+        tryVerify(() => texts(view) === "");
+        const image = painted(view);
+        for (const x of [6, 18, 30]) {
+            verify(image.pixel(x, 6).r > 0.8 && image.pixel(x, 6).b < 0.2, "red above: " + image.pixel(x, 6));
+            verify(image.pixel(x, 30).b > 0.8 && image.pixel(x, 30).r < 0.2, "blue below: " + image.pixel(x, 30));
+        }
+    }
+
+    function test_edges_areOfThePictureItself_data() {
+        return [{ tag: "not quite square", width: 100, height: 97 }, { tag: "square", width: 300, height: 300 }];
+    }
+
+    /// Red at the left, blue at the right: neither reaches the other edge.
+    function test_edges_areOfThePictureItself(row) {
+        const view = createTemporaryObject(component, root, { url: stage.picture(row.tag + ".png", row.width, row.height) });
+        tryVerify(() => texts(view) === "");
+        const image = painted(view);
+        for (const y of [12, 18, 24]) {
+            verify(image.pixel(0, y).r > 0.95 && image.pixel(0, y).b < 0.05, "left: " + image.pixel(0, y));
+            verify(image.pixel(35, y).b > 0.95 && image.pixel(35, y).r < 0.05, "right: " + image.pixel(35, y));
+        }
+    }
+
     function test_corruptPicture_keepsItsTile() {
-        const view = createTemporaryObject(component, root, { url: stage.file("broken.png") });
+        // A PNG whose pixels do not decode.
+        const view = createTemporaryObject(component, root, { url: stage.brokenPicture("broken.png") });
         // The picture asked for next has come, so the broken one is through.
         const other = createTemporaryObject(component, root, { url: stage.picture("fine.png", 50, 50) });
         tryVerify(() => texts(other) === "");
         tryCompare(findChild(view, "extension"), "text", "PNG");
         verify(findChild(view, "extension").visible);
+        compare(view.tileColor, "#1f007aff");
     }
 
     function test_wideAndTallPictures_fillTheSquare_data() {

@@ -119,6 +119,40 @@ ViewTest {
         tryVerify(() => !window.menuBar.menuAt(row.index).visible);
     }
 
+    function test_menuClosedByEscape_opensByTheNextClickAndNotByHovering() {
+        const bar = opened().menuBar;
+        const titles = withRole(bar, Accessible.MenuItem);
+        const isOpen = index => bar.menuAt(index).visible;
+        for (let i = 0; i < 3; ++i) {
+            mouseMove(titles[1], 10, 10);
+            mouseClick(titles[1], 10, 10);
+            tryVerify(() => isOpen(1), 5000, "click " + i);
+            keyClick(Qt.Key_Escape);
+            tryVerify(() => !isOpen(1));
+            verify(!titles[1].highlighted);
+        }
+        mouseMove(titles[0], 10, 10);
+        mouseMove(titles[1], 12, 10);
+        verify(!isOpen(0) && !isOpen(1));
+    }
+
+    function test_openMenu_followsThePointerAndClosesByItsTitle() {
+        const bar = opened().menuBar;
+        const titles = withRole(bar, Accessible.MenuItem);
+        const isOpen = index => bar.menuAt(index).visible;
+        mouseMove(titles[1], 10, 10);
+        mouseClick(titles[1], 10, 10);
+        tryVerify(() => isOpen(1));
+        mouseMove(titles[0], 10, 10);
+        tryVerify(() => isOpen(0) && !isOpen(1));
+        mouseClick(titles[0], 10, 10);
+        tryVerify(() => !isOpen(0));
+        mouseClick(titles[0], 10, 10);
+        tryVerify(() => isOpen(0));
+        mouseClick(bar, 500, 300);
+        tryVerify(() => !isOpen(0));
+    }
+
     function test_menus_areOpenedAndChosenFromByAssistiveTechnology() {
         const window = opened();
         const bar = window.menuBar;
