@@ -26,10 +26,17 @@ QSGNode *PixelItem::updatePaintNode(QSGNode *previous, UpdatePaintNodeData *)
         return nullptr;
     }
     const QSizeF whole = QSizeF(pixels) / ratio;
-    QImage image(pixels, QImage::Format_ARGB32_Premultiplied);
+    // At 150 % an item may lie half a pixel off the screen's. A graphics driver then decides row by
+    // row which of two pixels it shows: a small shift makes that the same for all, and an empty
+    // margin keeps it from leaving out the first or the last.
+    const qreal pixel = 1 / ratio;
+    const qreal shift = pixel / 16;
+    const QSize withMargin = pixels + QSize(2, 2);
+    QImage image(withMargin, QImage::Format_ARGB32_Premultiplied);
     image.setDevicePixelRatio(ratio);
     image.fill(Qt::transparent);
     QPainter painter(&image);
+    painter.translate(pixel, pixel);
     painter.setRenderHints(QPainter::Antialiasing | QPainter::SmoothPixmapTransform);
     paint(painter, whole, ratio);
     painter.end();
@@ -40,8 +47,8 @@ QSGNode *PixelItem::updatePaintNode(QSGNode *previous, UpdatePaintNodeData *)
         node->setOwnsTexture(true);
     }
     node->setTexture(window()->createTextureFromImage(image));
-    node->setRect(QRectF({}, whole));
-    node->setSourceRect(QRectF({}, QSizeF(pixels)));
+    node->setRect(QRectF(QPointF(shift - pixel, shift - pixel), QSizeF(withMargin) / ratio));
+    node->setSourceRect(QRectF({}, QSizeF(withMargin)));
     node->setFiltering(smooth() ? QSGTexture::Linear : QSGTexture::Nearest);
     return node;
 }
