@@ -31,7 +31,7 @@ Column {
             label: qsTr("Background")
             value: root.options.background
             hex: root.options.backgroundText
-            isColour: text => root.options.isColour(text)
+            options: root.options
             onPicked: color => root.options.background = color
             onTyped: text => root.options.backgroundText = text
         }

@@ -22,7 +22,7 @@ Column {
 
             objectName: "resizeWidth"
             label: qsTr("Width")
-            numberIn: text => root.options.numberIn(text)
+            options: root.options
             digits: root.options.width
             onEdited: digits => root.options.width = digits
             Layout.fillWidth: true
@@ -45,7 +45,7 @@ Column {
 
             objectName: "resizeHeight"
             label: qsTr("Height")
-            numberIn: text => root.options.numberIn(text)
+            options: root.options
             digits: root.options.height
             onEdited: digits => root.options.height = digits
             Layout.fillWidth: true

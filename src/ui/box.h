@@ -10,7 +10,7 @@
 namespace pixpress {
 
 /// A rectangle with round corners and perhaps a border, inside its bounds.
-class Box : public PixelItem
+class Box : public pixpress::PixelItem
 {
     Q_OBJECT
     QML_ELEMENT

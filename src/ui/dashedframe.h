@@ -10,7 +10,7 @@
 namespace pixpress {
 
 /// The dashed outline of a rounded rectangle. The line lies inside the item's bounds.
-class DashedFrame : public PixelItem
+class DashedFrame : public pixpress::PixelItem
 {
     Q_OBJECT
     QML_ELEMENT

@@ -3,6 +3,7 @@
 
 #pragma once
 
+#include <QQmlEngine>
 #include <QQuickItem>
 
 class QPainter;
@@ -12,10 +13,12 @@ namespace pixpress {
 /// An item that is painted once into an image of whole screen pixels, which every scene graph shows
 /// pixel for pixel. At fractional scale factors Rectangle, in the software renderer, and
 /// QQuickPaintedItem round or stretch instead, which leaves notches and blurred edges.
-/// Not smooth unless `smooth` is set, which an item that is shown enlarged needs.
+/// Not smooth unless `smooth` is set, which an item that is shown enlarged needs. Derived classes
+/// name it with its namespace, or qmllint of Qt 6.4 does not find it.
 class PixelItem : public QQuickItem
 {
     Q_OBJECT
+    QML_ANONYMOUS
 
 public:
     explicit PixelItem(QQuickItem *parent = nullptr);

@@ -11,7 +11,7 @@ namespace pixpress {
 
 /// A switch: its track, and on it the knob. One item, since two would be rounded to the screen's
 /// pixels each by itself, and the knob would lie askew.
-class SwitchFace : public PixelItem
+class SwitchFace : public pixpress::PixelItem
 {
     Q_OBJECT
     QML_ELEMENT

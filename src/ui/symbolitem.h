@@ -10,7 +10,7 @@
 namespace pixpress {
 
 /// A symbol of the program's own family, by its name, in one colour. Sharp at every scale factor.
-class SymbolItem : public PixelItem
+class SymbolItem : public pixpress::PixelItem
 {
     Q_OBJECT
     QML_NAMED_ELEMENT(Symbol)

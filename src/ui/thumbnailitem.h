@@ -17,7 +17,7 @@ namespace pixpress {
 /// three frames, and withdraws the request when the address changes or the item is deleted: while a
 /// list is scrolled fast, no picture is read for a row that is gone with the next frame, and the
 /// processors are left to the frames.
-class ThumbnailItem : public PixelItem
+class ThumbnailItem : public pixpress::PixelItem
 {
     Q_OBJECT
     QML_ELEMENT

@@ -15,7 +15,7 @@ T.Popup {
     required property string label ///< What is coloured; for assistive technology.
     required property color value
     required property string hex
-    required property var isColour ///< A function: whether a text stands for a colour.
+    required property OptionsEditor options ///< Judges what is typed.
 
     readonly property int columns: 8
     readonly property int rows: 5
@@ -96,7 +96,7 @@ T.Popup {
             label: qsTr("Colour as #rrggbb")
             text: root.hex
             isCode: true
-            isRefused: !root.isColour(text)
+            isRefused: !root.options.isColour(text)
             focus: true
             Layout.fillWidth: true
             Keys.onEscapePressed: event => {

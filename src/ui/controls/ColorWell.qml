@@ -15,7 +15,7 @@ T.Button {
     required property string label ///< What is coloured; for assistive technology.
     required property color value
     required property string hex ///< The same as text.
-    required property var isColour ///< A function: whether a text stands for a colour.
+    required property OptionsEditor options ///< Judges what is typed.
 
     signal picked(color color)
     signal typed(string text)
@@ -61,7 +61,7 @@ T.Button {
             label: root.label
             value: root.value
             hex: root.hex
-            isColour: root.isColour
+            options: root.options
             onPicked: color => root.picked(color)
             onTyped: text => root.typed(text)
             onClosed: popover.active = false

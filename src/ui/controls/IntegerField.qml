@@ -11,8 +11,8 @@ Column {
 
     required property string label
     required property string digits ///< The number that is set.
-    required property var numberIn ///< A function: the digits that a text stands for, or an empty text.
-    readonly property bool isRefused: field.text.trim() !== "" && numberIn(field.text) === ""
+    required property OptionsEditor options ///< Reads what is typed.
+    readonly property bool isRefused: field.text.trim() !== "" && options.numberIn(field.text) === ""
 
     signal edited(string digits)
 
@@ -24,7 +24,7 @@ Column {
     spacing: 3
 
     onDigitsChanged: {
-        if (numberIn(field.text) !== digits) // set elsewhere
+        if (options.numberIn(field.text) !== digits) // set elsewhere
             field.text = digits;
     }
     Component.onCompleted: field.text = digits
@@ -46,7 +46,7 @@ Column {
         label: root.label
         isRefused: root.isRefused
         inputMethodHints: Qt.ImhDigitsOnly
-        onTextEdited: root.edited(root.numberIn(text))
+        onTextEdited: root.edited(root.options.numberIn(text))
         onEditingFinished: root.showNumber()
     }
 }
