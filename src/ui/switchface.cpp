@@ -8,33 +8,33 @@
 namespace pixpress {
 
 template <typename T>
-void SwitchFace::set(T &member, const T &value)
+void SwitchFace::set(T &member, const T &value, void (SwitchFace::*changed)())
 {
     if (member == value)
         return;
     member = value;
     update();
-    Q_EMIT changed();
+    Q_EMIT(this->*changed)();
 }
 
 void SwitchFace::setTrackColor(const QColor &color)
 {
-    set(m_trackColor, color);
+    set(m_trackColor, color, &SwitchFace::trackColorChanged);
 }
 
 void SwitchFace::setKnobColor(const QColor &color)
 {
-    set(m_knobColor, color);
+    set(m_knobColor, color, &SwitchFace::knobChanged);
 }
 
 void SwitchFace::setKnobBorderColor(const QColor &color)
 {
-    set(m_knobBorderColor, color);
+    set(m_knobBorderColor, color, &SwitchFace::knobChanged);
 }
 
 void SwitchFace::setPosition(qreal position)
 {
-    set(m_position, position);
+    set(m_position, position, &SwitchFace::positionChanged);
 }
 
 void SwitchFace::paint(QPainter &painter, QSizeF size, qreal ratio)

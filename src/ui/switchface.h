@@ -15,10 +15,11 @@ class SwitchFace : public pixpress::PixelItem
 {
     Q_OBJECT
     QML_ELEMENT
-    Q_PROPERTY(QColor trackColor READ trackColor WRITE setTrackColor NOTIFY changed)
-    Q_PROPERTY(QColor knobColor READ knobColor WRITE setKnobColor NOTIFY changed)
-    Q_PROPERTY(QColor knobBorderColor READ knobBorderColor WRITE setKnobBorderColor NOTIFY changed)
-    Q_PROPERTY(qreal position READ position WRITE setPosition NOTIFY changed)
+    Q_PROPERTY(QColor trackColor READ trackColor WRITE setTrackColor NOTIFY trackColorChanged)
+    Q_PROPERTY(QColor knobColor READ knobColor WRITE setKnobColor NOTIFY knobChanged)
+    Q_PROPERTY(
+        QColor knobBorderColor READ knobBorderColor WRITE setKnobBorderColor NOTIFY knobChanged)
+    Q_PROPERTY(qreal position READ position WRITE setPosition NOTIFY positionChanged)
 
 public:
     using PixelItem::PixelItem;
@@ -33,14 +34,17 @@ public:
     void setPosition(qreal position);
 
 Q_SIGNALS:
-    void changed(); // Not emitted when an equal value is set.
+    // Not emitted when an equal value is set.
+    void trackColorChanged();
+    void knobChanged();
+    void positionChanged();
 
 protected:
     void paint(QPainter &painter, QSizeF size, qreal ratio) override;
 
 private:
     template <typename T>
-    void set(T &member, const T &value);
+    void set(T &member, const T &value, void (SwitchFace::*changed)());
 
     QColor m_trackColor;
     QColor m_knobColor;

@@ -94,9 +94,9 @@ void DropTest::secondDrop_ontoTheList_isTakenToo()
 void DropTest::menuBar_takesFilesForCopyingToo()
 {
     const QPoint menuBar(m_program->area().center().x(), m_program->area().top() + 5);
-    QCOMPARE(drag(*m_desktop, {m_desktop->sample(u"island map.png"_s, u"a.png"_s)}, menuBar)
-                 .join(u", "),
-             u"started, offered copy, done copy, read"_s);
+    QCOMPARE(
+        drag(*m_desktop, {m_desktop->sample(u"island map.png"_s, u"a.png"_s)}, menuBar).join(u", "),
+        u"started, offered copy, done copy, read"_s);
     QTRY_VERIFY_WITH_TIMEOUT(isSmaller(u"a-pixpress.png"_s, u"a.png"_s), patience);
 }
 

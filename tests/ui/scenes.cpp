@@ -92,6 +92,7 @@ void options(QSize size, const Visit &visit)
     width->setProperty("text", u"1,200"_s);
     visit(scene, u"options-refused"_s, Rest::comes);
     width->setProperty("text", u"1200"_s);
+    scene.item(u"background"_s)->forceActiveFocus(Qt::TabFocusReason); // larger text scrolls to it
     scene.click(u"background"_s);
     visit(scene, u"colours"_s, Rest::never);
     scene.item(u"hex"_s)->setProperty("text", u"orange"_s);

@@ -69,10 +69,9 @@ ViewTest {
         stage.prefer(row);
         show(component);
         const control = find("preserveCopyright");
-        const knob = control.indicator.children[0];
         const flip = () => mouseClick(control);
-        compare(changes(knob, "x", flip, 38 - 2 - 18) === 1, row.reducedMotion);
-        compare(changes(control.indicator, "color", flip, Theme.switchTrack) === 1, row.reducedMotion);
+        compare(changes(control.indicator, "position", flip, 1) === 1, row.reducedMotion);
+        compare(changes(control.indicator, "trackColor", flip, Theme.switchTrack) === 1, row.reducedMotion);
     }
 
     function test_sheet_data() {
