@@ -22,9 +22,9 @@ void addShown(QQuickItem *item, QList<QQuickItem *> &items)
 
 } // namespace
 
-Scene::Scene(const QString &key, QSize size, Edition edition)
+Scene::Scene(const QString &key, QSize size, bool isOffline)
 {
-    if (edition == Edition::offline)
+    if (isOffline)
         stage.startOffline();
     else
         stage.start(key);

@@ -16,7 +16,7 @@ namespace pixpress::test {
 struct Scene
 {
     /// Without a key the window shows the onboarding.
-    Scene(const QString &key, QSize size, Edition edition = Edition::service);
+    Scene(const QString &key, QSize size, bool isOffline = false);
 
     /// The item of this name that is shown first; there must be one.
     QQuickItem *item(const QString &name) const;

@@ -210,7 +210,7 @@ void settings(QSize size, const Visit &visit)
 
 void offline(QSize size, const Visit &visit)
 {
-    Scene scene({}, size, Edition::offline);
+    Scene scene({}, size, true);
     visit(scene, u"offline"_s, Rest::comes);
     auto *menu = firstOf(scene, "QQuickMenuBarItem");
     QMetaObject::invokeMethod(menu->property("menu").value<QObject *>(), "open");
