@@ -70,6 +70,9 @@ qint64 peakMemory()
     return peak;
 }
 
+// Without it the next request might go to the connection that the server is about to close.
+const std::pair<QByteArray, QByteArray> closing("Connection", "close");
+
 QByteArray gzip()
 {
     return QByteArray::fromHex("1f8b0800000000000203cb2f2d29282d01009e14decc06000000");
@@ -205,14 +208,19 @@ void OneUploadTest::uploads()
     row("reset after the upload", {.then = Then::reset}, lost);
     row("drop after a large upload", {.pictureSize = large}, lost);
     row("refused amid the upload",
-        {.after = 1 << 20, .says = toBytes({.status = 413}), .pictureSize = large},
+        {.after = 1 << 20,
+         .says = toBytes({.status = 413, .headers = {closing}}),
+         .pictureSize = large},
         u"File exceeds 500 MB limit"_s);
     row("refused amid the upload, with the reason",
         {.after = 1 << 20,
-         .says = toBytes({.status = 413, .body = R"({"error":"Large","message":"Too large."})"}),
+         .says = toBytes({.status = 413,
+                          .body = R"({"error":"Large","message":"Too large."})",
+                          .headers = {closing}}),
          .pictureSize = large},
         u"API error (413): Too large."_s);
-    row("refused at the head", {.after = 1, .says = toBytes({.status = 401}), .pictureSize = large},
+    row("refused at the head",
+        {.after = 1, .says = toBytes({.status = 401, .headers = {closing}}), .pictureSize = large},
         u"Invalid API key"_s);
     row("accepted at the head",
         {.after = 1, .says = toBytes(shrinkAnswer(QUrl(u"/output"_s))), .pictureSize = large},
@@ -257,7 +265,7 @@ void OneUploadTest::answers()
         QTest::newRow(name) << Misdeed{.says = says, .then = then, .more = more} << sentence;
     };
     const QString noJson = u"The service's answer is not a JSON object."_s;
-    const QByteArray created = "HTTP/1.1 201 Created\r\nLocation: /output\r\n";
+    const QByteArray created = "HTTP/1.1 201 Created\r\nConnection: close\r\nLocation: /output\r\n";
     const QByteArray json = shrinkAnswer(QUrl(u"/output"_s)).body;
     const QByteArray length = "Content-Length: " + QByteArray::number(json.size()) + "\r\n";
     row("half a status line", "HTTP/1.1 2", lost);
@@ -297,11 +305,13 @@ void OneUploadTest::answers()
     row("zeros", QByteArray(5000, '\0'), invalid);
     row("page without a head", "<!DOCTYPE html><title>Router</title>", invalid);
     row("HTTP/0.9", "{}\n", invalid);
-    row("status of another kind", "HTTP/1.1 999 What\r\nContent-Length: 0\r\n\r\n",
+    row("status of another kind",
+        "HTTP/1.1 999 What\r\nConnection: close\r\nContent-Length: 0\r\n\r\n",
         u"API error (999): Unknown error"_s);
     row("answer twice at once", good + good, completed);
     const auto location = [&](const char *name, const QByteArray &to, const QString &sentence) {
-        row(name, "HTTP/1.1 201 Created\r\n" + to + length + "\r\n" + json, sentence);
+        row(name, "HTTP/1.1 201 Created\r\nConnection: close\r\n" + to + length + "\r\n" + json,
+            sentence);
     };
     const QString notSecure =
         u"The server named an address that is not secure, so nothing was sent there."_s;
@@ -326,7 +336,7 @@ void OneUploadTest::fetches()
         QTest::newRow(name) << Misdeed{.method = "GET", .says = says, .then = then, .more = more}
                             << sentence;
     };
-    const QByteArray ok = "HTTP/1.1 200 OK\r\n";
+    const QByteArray ok = "HTTP/1.1 200 OK\r\nConnection: close\r\n";
     row("fetch dropped", {}, lost);
     row("fetch reset", {}, lost, Then::reset);
     row("half an output", ok + "Content-Length: 6\r\n\r\nout", lost);

@@ -27,6 +27,8 @@ ScriptedServer::ScriptedServer(Script script, const QHostAddress &address,
 {
     connect(m_server.get(), &QTcpServer::pendingConnectionAvailable, this, [this] {
         while (QTcpSocket *socket = m_server->nextPendingConnection()) {
+            // A socket of TLS would take in a whole upload before it signals the first of it.
+            socket->setReadBufferSize(256 << 10);
             m_connections.insert(socket, {.number = ++connections, .received = {}});
             connect(socket, &QTcpSocket::readyRead, this, [this, socket] { receive(socket); });
             connect(socket, &QTcpSocket::disconnected, this, [this, socket] {
