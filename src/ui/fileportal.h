@@ -30,9 +30,10 @@ struct FileChoice
     QUrl currentFolder = {}; ///< Choosers before version 4 of the portal ignore it.
 };
 
-/// Lets the user choose in the file chooser that the desktop offers through its portal. Returns when
-/// it is closed, with nothing in the list if it was cancelled; no list if there is no portal, or if
-/// it ended before it answered. `window`, before which the chooser opens, takes no input meanwhile.
+/// Lets the user choose in the file chooser that the desktop offers through its portal. Returns
+/// when it is closed, with nothing in the list if it was cancelled; no list if there is no portal,
+/// or if it ended before it answered. `window`, before which the chooser opens, takes no input
+/// meanwhile.
 std::optional<QList<QUrl>> chooseThroughPortal(const FileChoice &choice, QWindow &window);
 
 } // namespace pixpress

@@ -103,7 +103,8 @@ void TreeTest::emptyWindow_andItsOptions()
                     "check box \"Copyright\"\n"
                     "check box \"Creation Date\"\n"
                     "check box \"GPS Location\"\n"
-                    "combo box \"Save to\" (Save Alongside Original. Saves a copy with a \"-pixpress\" suffix next to the original), collapsed\n"
+                    "combo box \"Save to\" (Save Alongside Original. Saves a copy with a "
+                    "\"-pixpress\" suffix next to the original), collapsed\n"
                     "push button \"Choose Files\"");
 
     press(u"check box"_s, u"Enable Resize"_s);
@@ -159,7 +160,8 @@ void TreeTest::list()
                     "check box \"Copyright\"\n"
                     "check box \"Creation Date\"\n"
                     "check box \"GPS Location\"\n"
-                    "combo box \"Save to\" (Save Alongside Original. Saves a copy with a \"-pixpress\" suffix next to the original), collapsed\n"
+                    "combo box \"Save to\" (Save Alongside Original. Saves a copy with a "
+                    "\"-pixpress\" suffix next to the original), collapsed\n"
                     "list \"Images\"\n"
                     "list item \"a.png, 14 bytes, → 27 bytes, -97%, saved 973 bytes\"\n"
                     "push button \"Show in Finder\"\n"
