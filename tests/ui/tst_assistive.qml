@@ -64,7 +64,7 @@ ViewTest {
         show(component);
         const button = withRole(find("destination"), Accessible.ComboBox)[0];
         compare(button.Accessible.name, "Save to");
-        compare(button.Accessible.description, "Save Alongside Original");
+        compare(button.Accessible.description, "Save Alongside Original. Saves a copy with a \"-pixpress\" suffix next to the original");
         verify(stage.act(button, "Press"));
         const entries = () => withRole(root.Window.contentItem, Accessible.ListItem);
         tryVerify(() => entries().length === 3);
