@@ -70,7 +70,7 @@ ViewTest {
         tryVerify(() => entries().length === 3);
         verify(stage.act(entries().find(entry => entry.text === "Overwrite Original"), "Press"));
         compare(stage.app.options.destination, 1);
-        compare(button.Accessible.description, "Overwrite Original");
+        compare(button.Accessible.description, "Overwrite Original. Replaces the original file with the compressed version");
         tryVerify(() => entries().length === 0);
     }
 
