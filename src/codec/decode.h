@@ -3,8 +3,8 @@
 
 #pragma once
 
-#include "codec/sniff.h"
 #include "codec/codec.h"
+#include "codec/sniff.h"
 
 #include <vips/vips8>
 

@@ -3,8 +3,8 @@
 
 #pragma once
 
-#include "model/formats.h"
 #include "codec/geometry.h"
+#include "model/formats.h"
 
 #include <QByteArray>
 #include <QString>

@@ -9,7 +9,7 @@ FolderDialog {
 
     /// Qt's own selects the first subfolder. Where there is none it cannot be accepted.
     function selectSomething(): void {
-        if (root.selectedFolder.toString() === "")
+        if (String(root.selectedFolder) === "")
             root.selectedFolder = root.currentFolder;
     }
 

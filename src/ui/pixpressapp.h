@@ -89,8 +89,8 @@ public:
     Q_INVOKABLE QString storedKey() const;
     /// Saves the key without asking the service.
     Q_INVOKABLE void saveAPIKey(const QString &key);
-    /// Asks the web service, and saves the key when it is good, unless a later wish of the user's has
-    /// saved one meanwhile. Any number at a time.
+    /// Asks the web service, and saves the key when it is good, unless a later wish of the user's
+    /// has saved one meanwhile. Any number at a time.
     QCoro::Task<TinifyService::Result<bool>> validateAPIKey(QString key);
 
 Q_SIGNALS:

@@ -264,8 +264,7 @@ void CommandLineTest::failures_areReportedAndFail_data()
     QTest::addColumn<QByteArray>("content");
     QTest::addColumn<QByteArray>("error");
     QTest::newRow("empty") << QByteArray() << QByteArray("The file is not a PNG, ");
-    QTest::newRow("no picture") << QByteArray("Hello")
-                               << QByteArray("The file is not a PNG, ");
+    QTest::newRow("no picture") << QByteArray("Hello") << QByteArray("The file is not a PNG, ");
     QTest::newRow("head only") << QByteArray("\x89PNG\r\n\x1a\n\0\0\0\rIHDR", 16)
                                << QByteArray("The image is damaged or incomplete.");
 }

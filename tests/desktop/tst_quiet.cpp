@@ -21,6 +21,8 @@ private Q_SLOTS:
     void greeting_saysNothing();
     void everyView_saysNothing_data() { compressing_saysNothing_data(); }
     void everyView_saysNothing();
+    void settings_sayNothing_data() { compressing_saysNothing_data(); }
+    void settings_sayNothing();
 };
 
 namespace {
@@ -131,9 +133,30 @@ void QuietTest::everyView_saysNothing()
     QVERIFY(shows(QStringList(4, u"Tab"_s) + QStringList{u"Up"_s, u"Down"_s, u"Down"_s})); // folder
 
     QVERIFY(shows({u"ctrl+comma"_s}));
-    QVERIFY(shows({u"shift+Tab"_s, u"space"_s})); // about
-    QVERIFY(shows({u"Left"_s}));                  // the quota
     QVERIFY(shows({u"Escape"_s}));
+    desktop.press({u"ctrl+q"_s});
+    QCOMPARE(program.exitStatus(), 0);
+    QCOMPARE(program.errors(), "");
+    QCOMPARE(program.output(), "");
+}
+
+void QuietTest::settings_sayNothing()
+{
+    QFETCH(QStringList, environment);
+    Desktop desktop;
+    QVERIFY(desktop.start());
+    desktop.store(u"Pixpress"_s, {{u"pixpress_api_key"_s, u"key"_s}});
+    Program program(desktop, QStringLiteral(PIXPRESS_REMOTE), with(environment));
+    QVERIFY(program.isInFront());
+    for (const QStringList &keys : {QStringList{u"ctrl+comma"_s},
+                                    {u"shift+Tab"_s, u"space"_s}, // about
+                                    {u"Left"_s},                  // the quota
+                                    {u"Escape"_s}}) {
+        const QImage before = program.picture();
+        desktop.press(keys);
+        QTRY_VERIFY_WITH_TIMEOUT(program.picture() != before, patience);
+        QVERIFY(program.isInFront());
+    }
     desktop.press({u"ctrl+q"_s});
     QCOMPARE(program.exitStatus(), 0);
     QCOMPARE(program.errors(), "");
