@@ -356,7 +356,7 @@ void OneUploadTest::misdeed_costsOneUpload()
     misbehave(misdeed);
     const QByteArray picture(misdeed.pictureSize, 'p');
     const QList<QUrl> files{file(u"1.png"_s, picture), file(u"2.png"_s, picture)};
-    const qint64 before = (peakMemory(), peakMemory());
+    [[maybe_unused]] const qint64 before = (peakMemory(), peakMemory());
     add(files);
     QTRY_VERIFY_WITH_TIMEOUT(m_queue->activeTasks() == 0, 60'000);
 
