@@ -9,6 +9,9 @@
 #include <QFileInfo>
 #include <QSettings>
 
+#include <system_error>
+#include <utility>
+
 using namespace Qt::StringLiterals;
 
 namespace pixpress {
@@ -27,7 +30,6 @@ QString pathOf(const QString &application)
 
 UserSettings::UserSettings(const QString &application) : m_path(pathOf(application))
 {
-    m_writer.setMaxThreadCount(1);
     if (QFile file(m_path); file.exists() && QFileInfo(file).isFile())
         file.setPermissions(QFileDevice::ReadOwner | QFileDevice::WriteOwner);
     if (auto entries = settingsfile::read(m_path))
@@ -51,7 +53,7 @@ void UserSettings::refresh() const
 
 QVariant UserSettings::value(const QString &key) const
 {
-    const QMutexLocker lock(&m_mutex);
+    const std::lock_guard lock(m_mutex);
     if (const auto unstored = m_unstored.constFind(key); unstored != m_unstored.constEnd())
         return unstored->toVariant();
     refresh();
@@ -60,40 +62,49 @@ QVariant UserSettings::value(const QString &key) const
 
 void UserSettings::setValues(const QVariantMap &values)
 {
-    const QMutexLocker lock(&m_mutex);
+    std::unique_lock lock(m_mutex);
     for (const auto &[key, value] : values.asKeyValueRange())
         m_unstored.insert(key, QJsonValue::fromVariant(value));
-    m_writer.start([this] { store(); });
+    if (std::exchange(m_isStoring, true))
+        return;
+    flush(); // that writer has nothing left to do
+    try {
+        m_writer = std::thread([this] { store(); });
+    } catch (const std::system_error &) { // There can be no more threads.
+        lock.unlock();
+        store();
+    }
 }
 
 void UserSettings::flush()
 {
-    m_writer.waitForDone();
+    if (m_writer.joinable())
+        m_writer.join();
 }
 
-/// On the writer's thread. Stores what is pending by then; the next call may find nothing left.
+/// On the writer's thread. Stores what is pending, until nothing new has come meanwhile.
 void UserSettings::store()
 {
-    QMutexLocker lock(&m_mutex);
-    const QJsonObject changes = m_unstored;
-    if (changes.isEmpty())
-        return;
-    lock.unlock();
-    auto stored = settingsfile::merge(m_path, changes);
-    if (!stored) {
-        if (m_complaint != stored.error())
+    std::unique_lock lock(m_mutex);
+    QJsonObject changes;
+    while (m_unstored != changes && !m_unstored.isEmpty()) {
+        changes = m_unstored;
+        lock.unlock();
+        auto stored = settingsfile::merge(m_path, changes);
+        if (!stored && m_complaint != stored.error())
             qWarning("The settings could not be stored in \"%s\": %s", qUtf8Printable(m_path),
                      qUtf8Printable(stored.error()));
-        m_complaint = stored.error();
-        return;
+        m_complaint = stored ? QString() : stored.error();
+        lock.lock();
+        if (!stored)
+            continue;
+        m_stored = *std::move(stored);
+        for (auto change = changes.begin(); change != changes.end(); ++change) {
+            if (m_unstored.value(change.key()) == change.value()) // not changed again meanwhile
+                m_unstored.remove(change.key());
+        }
     }
-    m_complaint.clear();
-    lock.relock();
-    m_stored = *std::move(stored);
-    for (auto change = changes.begin(); change != changes.end(); ++change) {
-        if (m_unstored.value(change.key()) == change.value()) // not changed again meanwhile
-            m_unstored.remove(change.key());
-    }
+    m_isStoring = false;
 }
 
 namespace KeychainHelper {

@@ -4,12 +4,12 @@
 #pragma once
 
 #include <QJsonObject>
-#include <QMutex>
 #include <QString>
-#include <QThreadPool>
 #include <QVariantMap>
 
+#include <mutex>
 #include <optional>
+#include <thread>
 
 namespace pixpress {
 
@@ -56,11 +56,12 @@ private:
     void store();
 
     const QString m_path;
-    mutable QMutex m_mutex;       ///< For the two below.
+    mutable std::mutex m_mutex;   ///< For the three below.
     mutable QJsonObject m_stored; ///< As last read or written.
     QJsonObject m_unstored;       ///< What is newer.
+    bool m_isStoring = false;     ///< The writer looks for changes again before it ends.
     QString m_complaint;          ///< The last one, which is not repeated. The writer's.
-    QThreadPool m_writer;         ///< Of one thread.
+    std::thread m_writer;
 };
 
 /// Settings that end with the process, for a run that is to leave no trace.

@@ -39,10 +39,11 @@ void HttpClient::start(Reply &reply, HttpRequest request)
 {
     if (!m_worker)
         m_worker = std::make_unique<CurlWorker>(m_limits, [this](quint64 id, HttpResult result) {
-            auto deliver = [this, id, result = std::move(result)]() mutable {
-                finish(id, std::move(result));
-            };
-            QMetaObject::invokeMethod(this, std::move(deliver), Qt::QueuedConnection);
+            {
+                const std::lock_guard lock(m_mutex);
+                m_results.emplace_back(id, std::move(result));
+            }
+            QMetaObject::invokeMethod(this, [this] { deliver(); }, Qt::QueuedConnection);
         });
     const quint64 id = ++m_lastId;
     m_waiting.insert(id, &reply);
@@ -55,6 +56,17 @@ void HttpClient::start(Reply &reply, HttpRequest request)
         request.proxy = proxy;
         m_worker->start(id, std::move(request));
     });
+}
+
+void HttpClient::deliver()
+{
+    std::vector<std::pair<quint64, HttpResult>> results;
+    {
+        const std::lock_guard lock(m_mutex);
+        results.swap(m_results);
+    }
+    for (auto &[id, result] : results)
+        finish(id, std::move(result));
 }
 
 void HttpClient::finish(quint64 id, HttpResult result)

@@ -15,8 +15,10 @@
 #include <coroutine>
 #include <expected>
 #include <memory>
+#include <mutex>
 #include <optional>
 #include <utility>
+#include <vector>
 
 namespace pixpress {
 
@@ -84,12 +86,15 @@ public:
 
 private:
     void start(Reply &reply, HttpRequest request);
+    void deliver();
     void finish(quint64 id, HttpResult result);
 
     const HttpLimits m_limits;
     QHash<quint64, Reply *> m_waiting; // in the frames of the coroutines that await them
     quint64 m_lastId = 0;
-    std::unique_ptr<CurlWorker> m_worker; ///< Made for the first request.
+    std::mutex m_mutex;                                    ///< For the results.
+    std::vector<std::pair<quint64, HttpResult>> m_results; ///< From the worker's thread.
+    std::unique_ptr<CurlWorker> m_worker;                  ///< Made for the first request.
 };
 
 /// What a coroutine awaits to get an HttpResult. It must be awaited, once, on the client's thread.

@@ -14,7 +14,9 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
     const qsizetype length =
         input.isEmpty() ? 0 : std::min<qsizetype>(quint8(input.front()), input.size() - 1);
     Packet packet{input.mid(1, length), FileDescriptor()};
-    if (const QByteArrayView bytes = QByteArrayView(input).mid(1 + length); !bytes.isEmpty())
+    if (const QByteArrayView bytes =
+            QByteArrayView(input).sliced(std::min(1 + length, input.size()));
+        !bytes.isEmpty())
         packet.descriptor = *sealedMemory(bytes);
 
     (void)Greeting::parse(packet);

@@ -56,6 +56,7 @@ class SettingsFaultsTest : public QObject, private FolderOfTest
     Q_OBJECT
 
 private Q_SLOTS:
+    void initTestCase();
     void init();
     void cleanup();
 
@@ -95,6 +96,13 @@ private:
         QTest::ignoreMessage(QtWarningMsg, qPrintable(text));
     }
 };
+
+void SettingsFaultsTest::initTestCase()
+{
+#ifdef __SANITIZE_THREAD__
+    QSKIP("The thread sanitizer lets a process that was forked start no threads.");
+#endif
+}
 
 void SettingsFaultsTest::init()
 {

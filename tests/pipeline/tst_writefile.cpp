@@ -612,20 +612,20 @@ void WriteFileTest::leasedFile_isWaitedFor()
     const pid_t holder = fork();
     if (holder == 0) {
         alarm(20);
-        static int g_file;
-        static bool g_givesUp;
-        g_givesUp = givesUp;
-        g_file = ::open(qPrintable(path(u"a.png"_s)), O_RDONLY | O_CLOEXEC);
-        std::signal(SIGIO, [](int) {
-            if (g_givesUp)
-                fcntl(g_file, F_SETLEASE, F_UNLCK);
-        });
+        sigset_t broken; // what the system says when somebody else wants the file
+        sigemptyset(&broken);
+        sigaddset(&broken, SIGIO);
+        sigprocmask(SIG_BLOCK, &broken, nullptr);
+        const int file = ::open(qPrintable(path(u"a.png"_s)), O_RDONLY | O_CLOEXEC);
         const char taken =
-            fcntl(g_file, F_SETLEASE, F_WRLCK) == 0 || fcntl(g_file, F_SETLEASE, F_RDLCK) == 0;
+            fcntl(file, F_SETLEASE, F_WRLCK) == 0 || fcntl(file, F_SETLEASE, F_RDLCK) == 0;
         if (write(ends[1], &taken, 1) != 1)
             _exit(1);
-        while (true)
-            pause();
+        while (true) {
+            sigwaitinfo(&broken, nullptr);
+            if (givesUp)
+                fcntl(file, F_SETLEASE, F_UNLCK);
+        }
     }
     char taken = 0;
     QCOMPARE(read(ends[0], &taken, 1), 1);
