@@ -5,6 +5,7 @@
 
 #include <QCborArray>
 #include <QCborMap>
+#include <QCborValue>
 
 using namespace Qt::StringLiterals;
 
@@ -17,17 +18,21 @@ constexpr int largestThumbnail = 1024;    ///< Pixels of a side.
 
 std::optional<QCborMap> toMap(const Packet &packet)
 {
-    const QCborValue value = QCborValue::fromCbor(packet.bytes);
-    return value.isMap() ? std::optional(value.toMap()) : std::nullopt;
+    QCborParserError error;
+    const QCborValue value = QCborValue::fromCbor(packet.bytes, &error);
+    // What Qt returns of bytes with an error in them is not safe to look into.
+    const bool isMap = error.error == QCborError::NoError && value.isMap();
+    return isMap ? std::optional(value.toMap()) : std::nullopt;
 }
 
 std::optional<qint64> integer(const QCborMap &map, QLatin1StringView key, qint64 least,
                               qint64 greatest)
 {
     const QCborValue value = map.value(key);
+    if (!value.isInteger()) // toInteger() converts floating-point numbers, whatever they are
+        return std::nullopt;
     const qint64 number = value.toInteger();
-    return value.isInteger() && number >= least && number <= greatest ? std::optional(number)
-                                                                      : std::nullopt;
+    return number >= least && number <= greatest ? std::optional(number) : std::nullopt;
 }
 
 std::optional<quint64> idOf(const QCborMap &map)
@@ -64,10 +69,9 @@ std::optional<CompressionOptions> toOptions(const QCborMap &map)
                                .preserveCreation = map.value("creation"_L1).toBool(),
                                .preserveLocation = map.value("location"_L1).toBool(),
                                .backgroundColor = map.value("background"_L1).toString()};
-    if (map.contains("width"_L1))
-        options.resizeWidth = map.value("width"_L1).toInteger();
-    if (map.contains("height"_L1))
-        options.resizeHeight = map.value("height"_L1).toInteger();
+    constexpr auto any = std::numeric_limits<qint64>();
+    options.resizeWidth = integer(map, "width"_L1, any.min(), any.max());
+    options.resizeHeight = integer(map, "height"_L1, any.min(), any.max());
     return options;
 }
 
