@@ -90,7 +90,7 @@ std::optional<cmsCIExyYTRIPLE> primariesOf(int number)
 
 using ToneCurve = std::unique_ptr<cmsToneCurve, decltype(&cmsFreeToneCurve)>;
 
-/// What video is mastered with is shown like sRGB by everybody.
+/// Every viewer shows the video primaries and transfer as sRGB.
 ToneCurve curveOf(int transfer)
 {
     constexpr double srgb[]{2.4, 1 / 1.055, 0.055 / 1.055, 1 / 12.92, 0.04045};

@@ -21,7 +21,7 @@ using vips::VImage;
 constexpr int animationQuality = 80;
 constexpr QualityRange qualities{60, 84, 90, 0.75};
 
-// Of the encoder's method; its time grows with the pixels, and somebody waits.
+// The encoder's method: a higher one takes more time per pixel.
 constexpr int trialEffort = 3;
 constexpr int effort = 6;
 constexpr int effortForGraphics = 5; // With 6, fine patterns can take a hundred times as long.
@@ -149,7 +149,7 @@ QByteArray encodeGraphic(const VImage &pixels, const QByteArray &lossy,
     QByteArray best = encodeLossless(pixels, level, exact, stopped);
     if (lossy.isEmpty() || lossy.size() < best.size()) {
         const QByteArray approximate = encodeLossless(pixels, level, near, stopped);
-        // What is a little smaller is not worth being off.
+        // An inexact result must be clearly smaller than the exact one.
         if (approximate.size() < best.size() * 9 / 10)
             best = approximate;
     }

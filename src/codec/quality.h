@@ -28,7 +28,7 @@ struct QualityRange
 struct ChosenQuality
 {
     int quality = 0;
-    double similarity = 0; ///< What the encoder is expected to reach with it.
+    double similarity = 0; ///< Expected at this quality.
 };
 
 /// The quality at which this picture looks as results are to look: the encoder is tried with

@@ -34,7 +34,7 @@ public:
 
 /// The user's settings, in a file that is readable by its owner alone, since the API key is among
 /// them. Running copies share it: each change is made to what the file holds at that moment, by a
-/// thread of its own that waits for other copies. What is pending is stored before this object
+/// thread of its own that waits for other copies. Pending changes are stored before this object
 /// goes.
 ///
 /// What cannot be stored is kept until it can, or the process ends, and said on standard error. A

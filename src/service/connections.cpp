@@ -11,7 +11,7 @@ namespace pixpress {
 
 namespace {
 
-/// Of the sockets with which libcurl tries several addresses at once, one gets connected.
+/// libcurl tries several addresses at once, each with a socket; one of them gets connected.
 bool isConnected(curl_socket_t socket)
 {
     sockaddr_storage address = {};

@@ -13,7 +13,7 @@ namespace pixpress {
 
 namespace {
 
-// Of an answer that describes a picture or a failure in a few lines.
+// Limits an answer that describes a picture or a failure in a few lines.
 constexpr qint64 largestDescription = 1 << 20;
 
 QByteArray authorization(const QString &apiKey)

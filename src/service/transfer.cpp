@@ -23,10 +23,10 @@ constexpr qint64 maxReserved = 512 << 20;
 // Of all heads of a request, interim answers and trailers included. libcurl keeps them.
 constexpr size_t largestHead = 256 << 10;
 
-// Of the body of a failure, which explains it in a few words.
+// Limits the body of a failure, which explains it in a few words.
 constexpr qint64 largestExplanation = 1 << 20;
 
-// Of libcurl 8.6 and later, for a head beyond its own bounds.
+// libcurl 8.6 and later returns it for a head beyond its own bounds.
 constexpr int codeTooLarge = 100;
 
 const QString answerTooLarge = u"The server's answer is too large."_s;

@@ -3,7 +3,7 @@
 
 import QtQuick.Dialogs
 
-/// The toolkit's panel for picking a folder, which Panels makes and fills in.
+/// Qt's panel for picking a folder, which Panels creates and fills in.
 FolderDialog {
     id: root
 

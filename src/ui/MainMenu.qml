@@ -26,7 +26,7 @@ T.MenuBar {
         implicitHeight: Theme.scaled(24)
         font: Theme.body
         // The bar takes a menu that closes under the pointer for one that is still open: it would
-        // ignore the next click, and open the other menu by hovering. So it is not told of hovering.
+        // ignore the next click, and open the other menu by hovering. So hovering is not passed on.
         hoverEnabled: false
         Accessible.role: Accessible.MenuItem
         Accessible.name: label.text

@@ -21,7 +21,7 @@ T.ApplicationWindow {
     color: Theme.windowBackground
     font: Theme.body
 
-    // Of the dialogs that Qt draws; all else takes its colours from Theme.
+    // For the dialogs that Qt draws; everything else takes its colours from Theme.
     palette {
         window: Theme.windowBackground
         windowText: Theme.primary

@@ -40,8 +40,8 @@ public:
     /// What the application reaches outside itself; a test puts its own in.
     struct Seams
     {
-        OpenPanel openPanel = {};                        ///< By default the toolkit's dialog.
-        OptionsEditor::FolderChooser folderChooser = {}; ///< By default the toolkit's dialog.
+        OpenPanel openPanel = {};                        ///< By default Qt's dialog.
+        OptionsEditor::FolderChooser folderChooser = {}; ///< By default Qt's dialog.
         Revealer reveal = &revealFile;
         QuotaTracker::Clock clock = &QuotaTracker::systemTime;
     };
