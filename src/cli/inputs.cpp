@@ -3,17 +3,22 @@
 
 #include "cli/inputs.h"
 
-#include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QRegularExpression>
 
+#include <algorithm>
 #include <cstdio>
+#include <filesystem>
+#include <vector>
 
 using namespace Qt::StringLiterals;
 
 namespace pixpress::cli {
 
 namespace {
+
+namespace fs = std::filesystem;
 
 std::expected<QStringList, QString> readList(const QString &name)
 {
@@ -38,24 +43,42 @@ bool isOutput(const QFileInfo &file)
     return suffix.match(file.completeBaseName()).hasMatch();
 }
 
-/// Adds the pictures of a folder, in the order of their names. `mirror` is where the outputs go, in
-/// folders like those that are walked; empty: wherever the options say.
-void addFolder(const QDir &folder, const QString &mirror, const QString &output, Inputs &inputs)
+/// What is in a folder, by name. Not by QDir, which leaves out names that are not UTF-8.
+std::expected<std::vector<fs::directory_entry>, std::error_code> entriesOf(const QString &folder)
 {
-    if (!folder.isReadable()) {
-        inputs.unreadableFolders.append(folder.path());
+    std::error_code error;
+    std::vector<fs::directory_entry> entries;
+    fs::directory_iterator next(QFile::encodeName(folder).toStdString(), error);
+    for (; !error && next != fs::directory_iterator(); next.increment(error))
+        entries.push_back(*next);
+    if (error)
+        return std::unexpected(error);
+    std::ranges::sort(entries, {}, [](const fs::directory_entry &entry) { return entry.path(); });
+    return entries;
+}
+
+/// Adds the pictures of a folder. `mirror` is where the outputs go, in folders like those that are
+/// walked; empty: wherever the options say. `output` is left out.
+void addFolder(const QString &folder, const QString &mirror, const QString &output, Inputs &inputs)
+{
+    const auto entries = entriesOf(folder);
+    if (!entries) {
+        inputs.unreadableFolders.append(folder);
         return;
     }
-    constexpr auto filter =
-        QDir::Files | QDir::Dirs | QDir::NoDotAndDotDot | QDir::NoSymLinks; // hidden: none
-    for (const QFileInfo &entry : folder.entryInfoList(filter, QDir::Name)) {
-        if (!entry.isDir()) {
-            if (isSupported(entry.fileName()) && !isOutput(entry))
-                inputs.files.append({entry.filePath(), mirror});
-        } else if (entry.canonicalFilePath() != output) {
-            addFolder(QDir(entry.filePath()),
-                      mirror.isEmpty() ? QString() : mirror + u'/' + entry.fileName(), output,
-                      inputs);
+    for (const fs::directory_entry &entry : *entries) {
+        const QString name =
+            QFile::decodeName(QByteArray::fromStdString(entry.path().filename().string()));
+        const QFileInfo file(folder + u'/' + name);
+        std::error_code ignored;
+        if (name.startsWith(u'.') || entry.is_symlink(ignored))
+            continue;
+        if (entry.is_directory(ignored)) {
+            if (output.isEmpty() || file.canonicalFilePath() != output)
+                addFolder(file.filePath(), mirror.isEmpty() ? QString() : mirror + u'/' + name,
+                          output, inputs);
+        } else if (isSupported(name) && !isOutput(file)) {
+            inputs.files.append({file.filePath(), mirror});
         }
     }
 }
@@ -76,7 +99,7 @@ std::expected<Inputs, QString> collectInputs(const Arguments &arguments)
     }
     const QString output = arguments.options.customFolderURL.value_or(QUrl()).toLocalFile();
     for (const QString &folder : arguments.folders)
-        addFolder(QDir(folder), output, QFileInfo(output).canonicalFilePath(), inputs);
+        addFolder(folder, output, QFileInfo(output).canonicalFilePath(), inputs);
     return inputs;
 }
 

@@ -129,6 +129,28 @@ private Q_SLOTS:
         QVERIFY(outcome.out.contains("2 files compressed"));
     }
 
+    void nameThatIsNotUtf8_isSaid_data()
+    {
+        QTest::addColumn<QStringList>("arguments");
+        QTest::newRow("list") << QStringList{u"--files0-from"_s, u"list"_s};
+        QTest::newRow("folder") << QStringList{u"--recursive"_s, u"."_s};
+    }
+
+    void nameThatIsNotUtf8_isSaid()
+    {
+        QFETCH(QStringList, arguments);
+        m_program->copySample(u"island map.png"_s, u"good.png"_s);
+        const QByteArray folder = QFile::encodeName(m_program->path({}));
+        QCOMPARE(::link((folder + "/good.png").constData(), (folder + "/bad\xff.png").constData()),
+                 0);
+        write(u"list"_s, QByteArray("good.png\0bad\xff.png\0", 19));
+        const Outcome outcome = m_program->run(arguments);
+        QCOMPARE(outcome.status, 1);
+        QVERIFY2(outcome.out.contains("Its name, or that of a folder, is not valid UTF-8 text."),
+                 outcome.out);
+        QVERIFY2(outcome.out.contains("1 file compressed"), outcome.out);
+    }
+
     void jobs_areAtLeastOne_data()
     {
         QTest::addColumn<QString>("jobs");
