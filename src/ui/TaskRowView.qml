@@ -54,7 +54,7 @@ Item {
             retry();
     }
 
-    /// Of a button of the row, by the keyboard when that is seen to be on it.
+    /// Called when a button of the row is pressed; `isByKey` if the focus is visible on it.
     function takePress(isByKey: bool) {
         if (!isByKey)
             pressed();

@@ -92,7 +92,7 @@ public:
 
     /// The digits that a size gets from what is typed for it; empty when that is no number.
     Q_INVOKABLE static QString numberIn(const QString &text);
-    /// Whether a typed text stands for a colour.
+    /// Whether a typed text is a colour.
     Q_INVOKABLE static bool isColour(const QString &text);
 
     /// Returns when the panel is closed; when that was cancelled the folder stays.

@@ -276,7 +276,7 @@ void DiskFaultsTest::failingWrite_costsNoPicture()
         QVERIFY2(written.error().startsWith(u"Could not write \""_s) &&
                      written.error().contains(u".png\": "_s),
                  context.constData());
-        // What is broken for good cannot be mended, but the copy stays and is named.
+        // A permanent error cannot be undone, but the copy remains and the error names it.
         if (lasting && written.error().contains(copyName)) {
             QVERIFY2(copy == old, context.constData());
             continue;

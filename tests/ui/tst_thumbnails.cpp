@@ -175,7 +175,7 @@ private Q_SLOTS:
         for (auto &future : asked)
             QTRY_VERIFY(future.isFinished());
         QTRY_COMPARE(order.size(), 30 - (10 - begun));
-        // Of those under way at the same time either may be first.
+        // Requests under way at the same time may finish in either order.
         const auto isLate = [](int index) { return index >= 18; };
         QVERIFY2(std::count_if(order.cbegin() + begun, order.cbegin() + begun + 10, isLate) >= 8,
                  "the last requested are the first made");

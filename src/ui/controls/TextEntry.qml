@@ -15,7 +15,7 @@ T.TextField {
     property string label: placeholderText ///< What is to be entered; for assistive technology.
     /// It holds something for machines, a key or a number of a colour, that is never mirrored.
     property bool isCode: false
-    property bool isRefused: false ///< What stands in it is not taken.
+    property bool isRefused: false ///< Its text is not accepted.
 
     implicitWidth: Theme.scaled(120)
     implicitHeight: Theme.regularControl

@@ -18,8 +18,8 @@ namespace {
 /// How many pixels, all frames together, this computer's memory is likely to bear.
 qint64 maxPixels()
 {
-    // Of a picture that is being compressed: its pixels, a converted or resized copy, and what the
-    // most demanding encoder keeps besides.
+    // A picture that is being compressed needs its pixels, a converted or resized copy, and what
+    // the most demanding encoder keeps besides.
     constexpr qint64 bytesPerPixel = 24;
     const qint64 memory = qint64{sysconf(_SC_PHYS_PAGES)} * sysconf(_SC_PAGESIZE);
     return std::clamp(memory / 2 / bytesPerPixel, qint64(1) << 24, qint64(1) << 28);

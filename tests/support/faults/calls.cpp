@@ -285,7 +285,7 @@ int flock(int descriptor, int operation) noexcept
     return call(Call::lock, descriptor, [&] { return real(descriptor, operation); });
 }
 
-// Of those that take a descriptor only the one that copies is a call on files here.
+// Among the requests that take a descriptor, only copying is a call on files here.
 int ioctl(int descriptor, unsigned long request, ...) noexcept
 {
     static const auto real = next<int(int, unsigned long, ...)>("ioctl");
